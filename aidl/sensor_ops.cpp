@@ -1,0 +1,88 @@
+// Placeholder operations: until each is written, it answers as when its service is missing.
+#include <mmi_log.h>
+
+#include "java_helpers.h"
+#include "mmi_aidl_manager.h"
+
+using mmi::kLogPrefix;
+
+namespace native_aidl {
+
+jint GetSensorCalibrateDelayTime(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetSensorCalibrateDelayTime by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jint GetSensorSelfTestDelayTime(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetSensorSelfTestDelayTime by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jint StartSensorCalibrate(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/, jint /*command*/) {
+    MMI_LOGE("%s: StartSensorCalibrate by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jint StartSensorSelfTest(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/, jint /*command*/) {
+    MMI_LOGE("%s: StartSensorSelfTest by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jint GetSensorCalibrateResult(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetSensorCalibrateResult by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jint GetSensorSelfTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetSensorSelfTestResult by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jstring GetSensorCalibrateType(JNIEnv* env, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetSensorCalibrateType by aidl fail, g_aidlSensors are null", kLogPrefix);
+    return mmi::NewJavaString(env, "");
+}
+
+jint GetCompassRawValueLimit(JNIEnv* /*env*/, jobject /*thiz*/) {
+    MMI_LOGE("%s: GetCompassRawValueLimit by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jboolean SensorActivate(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorType*/, jboolean /*enable*/, jint /*samplingRate*/) {
+    MMI_LOGE("%s: SensorActivate by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return JNI_FALSE;
+}
+
+jint GetFlickerFrequency(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetFlickerFrequency by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jintArray GetFlickerFrequencyAndAmplitude(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetFlickerFrequencyAndAmplitude by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return nullptr;
+}
+
+jstring HandleSensorParameter(JNIEnv* env, jobject /*thiz*/, jint /*sensorId*/, jint /*mainCmd*/, jint /*subCmd*/, jint /*length*/) {
+    MMI_LOGE("%s: HandleSensorParameter by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return mmi::NewJavaString(env, "");
+}
+
+jintArray GetAmbientLightParameter(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/, jint /*mainCmd*/, jint /*subCmd*/, jint length) {
+    MMI_LOGI("%s: GetAmbientLightParameter by aidl, length: %d", kLogPrefix, length);
+    MMI_LOGE("%s: GetAmbientLightParameter by aidl fail, ", kLogPrefix);
+    return nullptr;
+}
+
+jint SetAmbientLightParameter(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/, jint /*mainCmd*/, jint /*subCmd*/, jint length) {
+    MMI_LOGI("%s: SetAmbientLightParameter by aidl, length: %d", kLogPrefix, length);
+    MMI_LOGE("%s: SetAmbientLightParameter by aidl fail, g_aidlSensors is null", kLogPrefix);
+    return -1;
+}
+
+jintArray GetColorSensorValues(JNIEnv* env, jobject /*thiz*/, jint /*sensorId*/) {
+    MMI_LOGE("%s: GetColorSensorValues by aidl fail, g_aidlSensors is null.", kLogPrefix);
+    return mmi::NewJavaIntArray(env, nullptr, 0);
+}
+
+}  // namespace native_aidl

@@ -1,0 +1,51 @@
+// libbinder subset: the service-side binder object.
+//
+// Host build: every BBinder stands for a service living in another process. It keeps
+// death links and can be killed through hostcontrol/binder_control.h, which delivers the
+// obituaries on the process's binder thread as the driver does on a device.
+#pragma once
+
+#include <binder/IBinder.h>
+
+#include <mutex>
+#include <vector>
+
+namespace android {
+
+class BBinder : public IBinder {
+public:
+    BBinder();
+
+    const String16& getInterfaceDescriptor() const override;
+    bool isBinderAlive() const override;
+    status_t pingBinder() override;
+    status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
+                         uint32_t flags = 0) override;
+    status_t unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie = nullptr,
+                           uint32_t flags = 0,
+                           wp<DeathRecipient>* outRecipient = nullptr) override;
+    BBinder* localBinder() override;
+
+    void setExtension(const sp<IBinder>& extension);
+    sp<IBinder> getExtensionBinder() const;
+
+    // Host: marks the object dead and hands every linked recipient its obituary.
+    void sendObituary();
+
+protected:
+    ~BBinder() override;
+
+private:
+    struct Obituary {
+        wp<DeathRecipient> recipient;
+        void* cookie;
+        uint32_t flags;
+    };
+
+    mutable std::mutex mLock;
+    bool mDead = false;
+    std::vector<Obituary> mObituaries;
+    sp<IBinder> mExtension;
+};
+
+}  // namespace android

@@ -1,0 +1,30 @@
+// Host-only control of the binder stand-in: what a device's manifest, init and kernel
+// driver decide there. The simulated handset uses it to declare, kill and restart services.
+#pragma once
+
+#include <binder/IBinder.h>
+
+#include <chrono>
+#include <string>
+
+namespace hostcontrol {
+
+// Lists the name in the device manifest, so isDeclared answers true and waitForService
+// blocks until a service registers under it.
+void DeclareService(const std::string& name);
+
+// Kills the service process behind the binder: the service manager forgets every name it
+// was registered under and the death notices go out on the binder thread.
+void KillBinder(const android::sp<android::IBinder>& binder);
+
+// Number of threads blocked in waitForService for this name at this moment.
+int WaitersFor(const std::string& name);
+
+// Forgets every service and declaration; threads blocked in waitForService return null.
+void ResetServiceManager();
+
+// Waits until every queued binder notice has been delivered and handled, or the time is up.
+// Returns true when idle.
+bool WaitForBinderNotices(std::chrono::milliseconds timeout);
+
+}  // namespace hostcontrol

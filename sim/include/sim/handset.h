@@ -1,0 +1,123 @@
+// The simulated handset: fake hardware services of both generations behind the in-process
+// service managers, with scripted answers, recorded calls, deaths and restarts.
+#pragma once
+
+#include <sim/answers.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <vendor/zentel/hardware/hwfactoryinterface/IHwFactoryInterface.h>
+
+namespace mmisim {
+
+enum class Family { kFactory, kDisplay, kTouchScreen, kFingerprint, kSensors, kPower, kLight, kVaelon, kVibrator };
+constexpr std::array<Family, 9> kAllFamilies = {Family::kFactory, Family::kDisplay, Family::kTouchScreen,
+                                                Family::kFingerprint, Family::kSensors, Family::kPower,
+                                                Family::kLight, Family::kVaelon, Family::kVibrator};
+
+const char* FamilyName(Family family);
+std::optional<Family> FamilyFromName(const std::string& name);
+
+enum class Transport { kNone, kAidl, kHidl };
+
+// What the vibrator service's binder extension is.
+enum class VibratorExtension { kCustVibrator, kNone, kOtherInterface };
+
+struct FamilyConfig {
+    Transport transport = Transport::kNone;
+    // HIDL: the newest minor version served (factory 0-1, display 0-5, sensors 0-2,
+    // fingerprint 1-2); -1 serves the newest one.
+    int hidlMinor = -1;
+    // AIDL: declared in the manifest but not running until Start().
+    bool declaredNotStarted = false;
+    // HIDL sensors: the 1.x service and the 2.0 service run separately.
+    bool sensorsV1 = true;
+    bool sensorsV2 = true;
+    // AIDL fingerprint: createSession hands back no session.
+    bool fingerprintNoSession = false;
+    VibratorExtension vibratorExtension = VibratorExtension::kCustVibrator;
+};
+
+struct DeviceProfile {
+    std::string name;
+    std::array<FamilyConfig, kAllFamilies.size()> families{};
+
+    FamilyConfig& operator[](Family family) { return families[static_cast<size_t>(family)]; }
+    const FamilyConfig& operator[](Family family) const { return families[static_cast<size_t>(family)]; }
+
+    // Every family over AIDL (the camera and the vibrator exist only there).
+    static DeviceProfile AllAidl();
+    // Every family over HIDL with its newest minor versions; camera and vibrator absent.
+    static DeviceProfile AllHidl();
+    // No service at all.
+    static DeviceProfile Bare();
+};
+
+// Big-data records the factory service received, in the AIDL record form (HIDL records
+// are copied into it field by field; the AIDL-only spare fields stay empty for them).
+struct FactoryInbox {
+    std::vector<vendor::zentel::hardware::hwfactoryinterface::FmdCmdData> cmdData;
+    std::vector<vendor::zentel::hardware::hwfactoryinterface::FmdMsg> messages;
+};
+
+class Handset {
+public:
+    static Handset& Get();
+
+    // Forgets every service, answer and record, then starts the profile's services.
+    void Configure(const DeviceProfile& profile);
+    const DeviceProfile& profile() const { return mProfile; }
+
+    // Kills the family's service processes: calls fail and death notices go out.
+    void Kill(Family family);
+    // Starts the family's services as the profile says (also one declared but not started).
+    void Start(Family family);
+    bool IsRunning(Family family) const;
+
+    FamilyState<FactoryAnswers>& factory() { return mFactory; }
+    FamilyState<DisplayAnswers>& display() { return mDisplay; }
+    FamilyState<TouchScreenAnswers>& touchScreen() { return mTouchScreen; }
+    FamilyState<FingerprintAnswers>& fingerprint() { return mFingerprint; }
+    FamilyState<SensorAnswers>& sensors() { return mSensors; }
+    FamilyState<PowerAnswers>& power() { return mPower; }
+    FamilyState<LightAnswers>& light() { return mLight; }
+    FamilyState<VaelonAnswers>& vaelon() { return mVaelon; }
+    FamilyState<VibratorAnswers>& vibrator() { return mVibrator; }
+
+    FactoryInbox factoryInbox() const;
+    void ReceiveFmd(const vendor::zentel::hardware::hwfactoryinterface::FmdCmdData& data);
+    void ReceiveFmd(const vendor::zentel::hardware::hwfactoryinterface::FmdMsg& message);
+
+    // The AIDL service name a family is looked up under.
+    static std::string AidlServiceName(Family family);
+
+    struct Running;  // the live service objects of one family
+
+private:
+    Handset();
+    void StartLocked(Family family);
+    void KillLocked(Family family);
+
+    mutable std::mutex mLock;
+    DeviceProfile mProfile;
+    std::array<std::shared_ptr<Running>, kAllFamilies.size()> mRunning{};
+
+    FamilyState<FactoryAnswers> mFactory;
+    FamilyState<DisplayAnswers> mDisplay;
+    FamilyState<TouchScreenAnswers> mTouchScreen;
+    FamilyState<FingerprintAnswers> mFingerprint;
+    FamilyState<SensorAnswers> mSensors;
+    FamilyState<PowerAnswers> mPower;
+    FamilyState<LightAnswers> mLight;
+    FamilyState<VaelonAnswers> mVaelon;
+    FamilyState<VibratorAnswers> mVibrator;
+
+    mutable std::mutex mInboxLock;
+    FactoryInbox mInbox;
+};
+
+}  // namespace mmisim

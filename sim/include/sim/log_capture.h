@@ -1,0 +1,45 @@
+// Captures every line the process writes to the Android log, through liblog's logger hook.
+// When the environment variable MMI_LOG_CAPTURE names a file, every entry is also appended
+// to it: the priority number, a tab, the message with '\' written as "\\" and a newline
+// as "\n".
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace mmisim {
+
+struct LogEntry {
+    int priority;
+    std::string tag;
+    std::string message;
+};
+
+class LogCapture {
+public:
+    // Installs the hook (once per process) and returns the capture.
+    static LogCapture& Install();
+
+    std::vector<LogEntry> entries() const;
+    // Entries written since the mark (a count returned by mark()).
+    std::vector<LogEntry> since(size_t mark) const;
+    size_t mark() const;
+    void clear();
+
+    // Waits until some entry from `mark` on satisfies the predicate, or the time is up.
+    bool waitFor(size_t mark, const std::function<bool(const LogEntry&)>& predicate,
+                 std::chrono::milliseconds timeout) const;
+    bool waitForMessage(size_t mark, int priority, const std::string& message,
+                        std::chrono::milliseconds timeout) const;
+
+    // logcat's brief format: "I/tag: message".
+    static std::string Brief(const LogEntry& entry);
+    static std::string EscapeForFile(const std::string& message);
+
+private:
+    LogCapture() = default;
+};
+
+}  // namespace mmisim

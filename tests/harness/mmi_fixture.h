@@ -1,0 +1,111 @@
+// Base fixture of the library's tests: a simulated handset, the real library loaded by the
+// real JVM, calls of the Java native methods, and the captured log.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <jni.h>
+#include <sim/handset.h>
+#include <sim/log_capture.h>
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace mmitest {
+
+constexpr int kInfo = 4;
+constexpr int kWarn = 5;
+constexpr int kError = 6;
+constexpr std::chrono::milliseconds kNoticeTimeout{10000};
+
+// "ZtMmiTest_jni: " + text, the form of most log lines.
+std::string Prefixed(const std::string& text);
+
+struct Line {
+    int priority;
+    std::string message;
+    bool operator==(const Line& other) const { return priority == other.priority && message == other.message; }
+};
+std::ostream& operator<<(std::ostream& out, const Line& line);
+
+class MmiTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Serves the profile and loads the library on it: the first time in the process through
+    // System.loadLibrary (class initialisation of MmiNativeManager), later by unloading and
+    // loading the same library again. Returns with every notice of the load delivered and
+    // the log marked.
+    void Boot(const mmisim::DeviceProfile& profile);
+
+    mmisim::Handset& handset() { return mmisim::Handset::Get(); }
+    mmisim::LogCapture& log() { return mmisim::LogCapture::Install(); }
+
+    // The library's entry points, for load and unload tests.
+    jint CallOnLoad(JavaVM* vm);
+    void CallOnUnload(JavaVM* vm);
+
+    // Calls of MmiNativeManager's native methods on one instance.
+    template <typename... A>
+    jint Int(const char* method, const char* signature, A... args) {
+        return Checked(mEnv->CallIntMethod(mManager, Method(method, signature), args...));
+    }
+    template <typename... A>
+    bool Bool(const char* method, const char* signature, A... args) {
+        return Checked(mEnv->CallBooleanMethod(mManager, Method(method, signature), args...)) == JNI_TRUE;
+    }
+    template <typename... A>
+    std::optional<std::string> Str(const char* method, const char* signature, A... args) {
+        auto result = static_cast<jstring>(mEnv->CallObjectMethod(mManager, Method(method, signature), args...));
+        return Text(Checked(result));
+    }
+    template <typename... A>
+    std::optional<std::vector<int>> Ints(const char* method, const char* signature, A... args) {
+        auto result = static_cast<jintArray>(mEnv->CallObjectMethod(mManager, Method(method, signature), args...));
+        return IntsOf(Checked(result));
+    }
+    template <typename... A>
+    void Void(const char* method, const char* signature, A... args) {
+        mEnv->CallVoidMethod(mManager, Method(method, signature), args...);
+        Checked(0);
+    }
+
+    // A new Java string (released with the test's local frame).
+    jstring J(const std::string& text);
+
+    // Log lines written since the last mark.
+    std::vector<Line> Lines() const;
+    void Mark() { mLogMark = log().mark(); }
+    int Count(int priority, const std::string& message) const;
+    bool Has(int priority, const std::string& message) const { return Count(priority, message) > 0; }
+    std::vector<Line> LinesWithPriority(int priority) const;
+    // Waits (bounded) for a line from the mark on.
+    bool WaitFor(int priority, const std::string& message,
+                 std::chrono::milliseconds timeout = kNoticeTimeout) const;
+    // Waits (bounded) until both notice threads have nothing left to deliver.
+    static bool NoticesDelivered();
+
+    JNIEnv* mEnv = nullptr;
+    jobject mManager = nullptr;
+
+private:
+    jmethodID Method(const char* name, const char* signature);
+    template <typename T>
+    T Checked(T value) {
+        if (mEnv->ExceptionCheck()) {
+            mEnv->ExceptionDescribe();
+            mEnv->ExceptionClear();
+            ADD_FAILURE() << "the native method threw a Java exception";
+        }
+        return value;
+    }
+    std::optional<std::string> Text(jstring text);
+    std::optional<std::vector<int>> IntsOf(jintArray array);
+
+    size_t mLogMark = 0;
+    size_t mVmOutputMark = 0;
+};
+
+}  // namespace mmitest
