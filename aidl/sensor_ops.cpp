@@ -53,16 +53,6 @@ jboolean SensorActivate(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorType*/, 
     return JNI_FALSE;
 }
 
-jint GetFlickerFrequency(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
-    MMI_LOGE("%s: GetFlickerFrequency by aidl fail, g_aidlSensors is null", kLogPrefix);
-    return -1;
-}
-
-jintArray GetFlickerFrequencyAndAmplitude(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
-    MMI_LOGE("%s: GetFlickerFrequencyAndAmplitude by aidl fail, g_aidlSensors is null", kLogPrefix);
-    return nullptr;
-}
-
 jstring HandleSensorParameter(JNIEnv* env, jobject /*thiz*/, jint /*sensorId*/, jint /*mainCmd*/, jint /*subCmd*/, jint /*length*/) {
     MMI_LOGE("%s: HandleSensorParameter by aidl fail, g_aidlSensors is null", kLogPrefix);
     return mmi::NewJavaString(env, "");

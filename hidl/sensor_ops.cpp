@@ -53,11 +53,6 @@ jboolean SensorActivate(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorType*/, 
     return JNI_FALSE;
 }
 
-jint GetFlickerFrequency(JNIEnv* /*env*/, jobject /*thiz*/, jint /*sensorId*/) {
-    MMI_LOGE("%s: GetFlickerFrequency by hidl fail, g_hwSensors and g_zentelSensors are null", kLogPrefix);
-    return -1;
-}
-
 jstring HandleSensorParameter(JNIEnv* env, jobject /*thiz*/, jint /*sensorId*/, jint /*mainCmd*/, jint /*subCmd*/, jint /*length*/) {
     MMI_LOGE("%s: HandleSensorParameter by hidl fail, sensorNewVer and g_zentelSensors are null", kLogPrefix);
     return mmi::NewJavaString(env, "");

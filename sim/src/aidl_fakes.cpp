@@ -15,6 +15,7 @@
 #include <vendor/zentel/hardware/vibrator/ICustVibrator.h>
 
 #include <mutex>
+#include <thread>
 
 #include "fake_support.h"
 #include "fakes.h"
@@ -252,6 +253,7 @@ public:
         return ServeAidl("registerClient", Args(serviceType, name), [&](const auto& a) {
             std::lock_guard<std::mutex> lock(mLock);
             mCallback = callback;
+            mClientHandle = a.clientHandle;
             handle->clientHandle = a.clientHandle;
             *out = a.registerResult;
         });
@@ -264,9 +266,32 @@ public:
         });
     }
 
+    // Reports an event to the registered client from a thread of the service's own.
+    bool Notify(int32_t serviceResult, const std::function<void()>& onThreadStart,
+                const std::function<void()>& onThreadEnd) {
+        sp<vaelon::IVAELONServiceCallBack> callback;
+        vaelon::VAELONClientHandleType handle;
+        {
+            std::lock_guard<std::mutex> lock(mLock);
+            callback = mCallback;
+            handle.clientHandle = mClientHandle;
+        }
+        if (callback == nullptr) return false;
+        vaelon::VAELONServiceResult result;
+        result.serviceResult = serviceResult;
+        std::thread serviceThread([&] {
+            if (onThreadStart) onThreadStart();
+            callback->NotifyVAELONEvent(handle, result);
+            if (onThreadEnd) onThreadEnd();
+        });
+        serviceThread.join();
+        return true;
+    }
+
 private:
     std::mutex mLock;
     sp<vaelon::IVAELONServiceCallBack> mCallback;
+    int32_t mClientHandle = 0;
 };
 
 class CustVibratorService : public custvibrator::BnCustVibrator, public Served<VibratorAnswers> {
@@ -374,7 +399,15 @@ std::shared_ptr<Handset::Running> StartAidlFamily(Handset& handset, Family famil
         case Family::kSensors: Serve(*running, family, sp<SensorsService>(new SensorsService(handset))); break;
         case Family::kPower: Serve(*running, family, sp<PowerService>(new PowerService(handset))); break;
         case Family::kLight: Serve(*running, family, sp<LightService>(new LightService(handset))); break;
-        case Family::kVaelon: Serve(*running, family, sp<VaelonService>(new VaelonService(handset))); break;
+        case Family::kVaelon: {
+            sp<VaelonService> service = new VaelonService(handset);
+            Serve(*running, family, service);
+            running->notifyVaelon = [service](int32_t serviceResult, const std::function<void()>& onStart,
+                                              const std::function<void()>& onEnd) {
+                return service->Notify(serviceResult, onStart, onEnd);
+            };
+            break;
+        }
         case Family::kFingerprint: {
             auto service = ndk::SharedRefBase::make<FingerprintService>(handset, config.fingerprintNoSession);
             AServiceManager_addService(service->asBinder().get(), Handset::AidlServiceName(family).c_str());

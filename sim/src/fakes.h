@@ -12,6 +12,8 @@ namespace mmisim {
 struct Handset::Running {
     // Each entry kills one part of the family's service process.
     std::vector<std::function<void()>> killers;
+    // Camera only: delivers an event to the registered client (see Handset::NotifyVaelonEvent).
+    std::function<bool(int32_t, const std::function<void()>&, const std::function<void()>&)> notifyVaelon;
 };
 
 std::shared_ptr<Handset::Running> StartAidlFamily(Handset& handset, Family family, const FamilyConfig& config);

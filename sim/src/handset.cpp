@@ -139,6 +139,17 @@ void Handset::KillLocked(Family family) {
     for (const auto& kill : running->killers) kill();
 }
 
+bool Handset::NotifyVaelonEvent(int32_t serviceResult, const std::function<void()>& onThreadStart,
+                                const std::function<void()>& onThreadEnd) {
+    std::shared_ptr<Running> running;
+    {
+        std::lock_guard<std::mutex> lock(mLock);
+        running = mRunning[static_cast<size_t>(Family::kVaelon)];
+    }
+    if (running == nullptr || !running->notifyVaelon) return false;
+    return running->notifyVaelon(serviceResult, onThreadStart, onThreadEnd);
+}
+
 FactoryInbox Handset::factoryInbox() const {
     std::lock_guard<std::mutex> lock(mInboxLock);
     return mInbox;

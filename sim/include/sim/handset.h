@@ -5,6 +5,7 @@
 #include <sim/answers.h>
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -87,6 +88,13 @@ public:
     FamilyState<LightAnswers>& light() { return mLight; }
     FamilyState<VaelonAnswers>& vaelon() { return mVaelon; }
     FamilyState<VibratorAnswers>& vibrator() { return mVibrator; }
+
+    // Makes the camera service report an event to its registered client, from a thread the
+    // service owns; onThreadStart and onThreadEnd run on that thread around the call (to
+    // attach it to a Java VM, for example). Returns once the event was handled; false when
+    // the service is not running or no client is registered.
+    bool NotifyVaelonEvent(int32_t serviceResult, const std::function<void()>& onThreadStart = {},
+                           const std::function<void()>& onThreadEnd = {});
 
     FactoryInbox factoryInbox() const;
     void ReceiveFmd(const vendor::zentel::hardware::hwfactoryinterface::FmdCmdData& data);
