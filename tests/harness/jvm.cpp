@@ -35,7 +35,10 @@ Jvm& Jvm::Get() {
 void Jvm::Start() {
     if (mVm != nullptr) return;
     std::thread creator([this] {
-        std::string classPath = "-Djava.class.path=" MMI_JAVA_DIR "/mmi_app.jar:" MMI_JAVA_DIR "/mmi_sim.jar";
+        // MMI_TEST_CLASSPATH puts a test's own classes before the application's.
+        const char* first = std::getenv("MMI_TEST_CLASSPATH");
+        std::string classPath = std::string("-Djava.class.path=") + (first != nullptr ? std::string(first) + ":" : "") +
+                                MMI_JAVA_DIR "/mmi_app.jar:" MMI_JAVA_DIR "/mmi_sim.jar";
         std::string libraryPath = "-Djava.library.path=" MMI_LIB_DIR;
         JavaVMOption options[5];
         options[0].optionString = const_cast<char*>("-Xcheck:jni");
