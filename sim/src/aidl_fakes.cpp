@@ -352,6 +352,9 @@ public:
             auto session = ndk::SharedRefBase::make<SessionService>(mHandset);
             std::lock_guard<std::mutex> lock(mLock);
             mSessions.push_back(session);
+            // The service process keeps the session's binder for as long as it lives, so
+            // clients linking to it link to the one object that will die with it.
+            mSessionBinders.push_back(session->asBinder());
             *out = session;
         });
     }
@@ -359,16 +362,16 @@ public:
     // The fingerprint process dies with its sessions.
     void KillAll() {
         std::vector<std::shared_ptr<SessionService>> sessions;
+        std::vector<ndk::SpAIBinder> binders;
         {
             std::lock_guard<std::mutex> lock(mLock);
             sessions.swap(mSessions);
+            binders.swap(mSessionBinders);
         }
         MarkDead();
         hostcontrol::KillAIBinder(asBinder().get());
-        for (const auto& session : sessions) {
-            session->MarkDead();
-            hostcontrol::KillAIBinder(session->asBinder().get());
-        }
+        for (const auto& session : sessions) session->MarkDead();
+        for (const auto& binder : binders) hostcontrol::KillAIBinder(binder.get());
     }
 
 private:
@@ -376,6 +379,7 @@ private:
     const bool mNoSession;
     std::mutex mLock;
     std::vector<std::shared_ptr<SessionService>> mSessions;
+    std::vector<ndk::SpAIBinder> mSessionBinders;
 };
 
 // Registers a libbinder fake under the family's name and arranges its death.

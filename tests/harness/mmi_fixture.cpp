@@ -68,6 +68,7 @@ void MmiTest::CallOnUnload(JavaVM* vm) {
 }
 
 void MmiTest::Boot(const mmisim::DeviceProfile& profile) {
+    mBootMark = log().mark();
     if (g_libraryLoaded) {
         CallOnUnload(Jvm::Get().vm());
         NoticesDelivered();
@@ -96,6 +97,10 @@ void MmiTest::Boot(const mmisim::DeviceProfile& profile) {
 jstring MmiTest::J(const std::string& text) { return mEnv->NewStringUTF(text.c_str()); }
 
 jmethodID MmiTest::Method(const char* name, const char* signature) {
+    if (mManager == nullptr) {
+        ADD_FAILURE() << "native method " << name << " called before Boot()";
+        std::abort();
+    }
     jclass clazz = mEnv->GetObjectClass(mManager);
     jmethodID method = mEnv->GetMethodID(clazz, name, signature);
     mEnv->DeleteLocalRef(clazz);
@@ -125,9 +130,13 @@ std::optional<std::vector<int>> MmiTest::IntsOf(jintArray array) {
     return values;
 }
 
-std::vector<Line> MmiTest::Lines() const {
+std::vector<Line> MmiTest::Lines() const { return LinesFrom(mLogMark); }
+
+std::vector<Line> MmiTest::BootLines() const { return LinesFrom(mBootMark); }
+
+std::vector<Line> MmiTest::LinesFrom(size_t mark) const {
     std::vector<Line> lines;
-    for (const mmisim::LogEntry& entry : mmisim::LogCapture::Install().since(mLogMark)) {
+    for (const mmisim::LogEntry& entry : mmisim::LogCapture::Install().since(mark)) {
         lines.push_back(Line{entry.priority, entry.message});
     }
     return lines;

@@ -77,6 +77,8 @@ protected:
 
     // Log lines written since the last mark.
     std::vector<Line> Lines() const;
+    // Log lines written since the last Boot began (the load's own lines and everything after).
+    std::vector<Line> BootLines() const;
     void Mark() { mLogMark = log().mark(); }
     int Count(int priority, const std::string& message) const;
     bool Has(int priority, const std::string& message) const { return Count(priority, message) > 0; }
@@ -104,7 +106,10 @@ private:
     std::optional<std::string> Text(jstring text);
     std::optional<std::vector<int>> IntsOf(jintArray array);
 
+    std::vector<Line> LinesFrom(size_t mark) const;
+
     size_t mLogMark = 0;
+    size_t mBootMark = 0;
     size_t mVmOutputMark = 0;
 };
 

@@ -69,7 +69,8 @@ class Handset {
 public:
     static Handset& Get();
 
-    // Forgets every service, answer and record, then starts the profile's services.
+    // Forgets every service, answer and record, then starts the profile's services. Script
+    // answers after this: it resets them to their defaults.
     void Configure(const DeviceProfile& profile);
     const DeviceProfile& profile() const { return mProfile; }
 

@@ -1,0 +1,223 @@
+// Service deaths and returns: the AIDL backend drops every family and reconnects them all,
+// waiting for declared services; the HIDL backend drops every family and reconnects when a
+// service registers anew.
+#include <hostcontrol/binder_control.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "jvm.h"
+#include "mmi_fixture.h"
+
+namespace mmitest {
+namespace {
+
+using mmisim::DeviceProfile;
+using mmisim::Family;
+
+constexpr const char* kServiceDied = "ServiceDied, remote hal service died";
+
+std::vector<std::string> Messages(const std::vector<Line>& lines, const std::string& prefix) {
+    std::vector<std::string> found;
+    for (const Line& line : lines) {
+        if (line.message.rfind(prefix, 0) == 0) found.push_back(line.message);
+    }
+    return found;
+}
+
+class AidlRecoveryTest : public MmiTest {};
+
+TEST_F(AidlRecoveryTest, OneDeathDropsAndReconnectsAllNineFamilies) {
+    Boot(DeviceProfile::AllAidl());
+    handset().Kill(Family::kLight);
+    ASSERT_TRUE(WaitFor(kError, "RestartAidl"));
+    // The recovery waits for the dead service; families after it in the order wait too.
+    ASSERT_TRUE(WaitFor(kInfo, "InitLight"));
+    EXPECT_FALSE(Has(kInfo, "InitVaelon"));
+    EXPECT_EQ(Int("setLightBrightnessNative", "(II)I", 2, 100), -1);
+    EXPECT_TRUE(Has(kInfo, "SetLightBrightness, Hidl Called"));
+
+    handset().Start(Family::kLight);
+    ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_aidlVibrator init success")));
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_EQ(Count(kWarn, kServiceDied), 1);
+    EXPECT_EQ(Messages(LinesWithPriority(kInfo), "ZtMmiTest_jni: Exit"),
+              (std::vector<std::string>{Prefixed("ExitMmiManager"), Prefixed("ExitFactoryInterface"),
+                                        Prefixed("ExitDisplay"), Prefixed("ExitTouchScreen"),
+                                        Prefixed("ExitFingerprint"), Prefixed("ExitSensors"), Prefixed("ExitPower"),
+                                        Prefixed("ExitLight"), Prefixed("ExitVaelon"), Prefixed("ExitVibrator")}));
+    for (const char* handle : {"g_aidlFactoryInterface", "g_aidlDisplay", "g_aidlTouchScreen",
+                               "g_aidlFingerprintSession", "g_aidlSensors", "g_aidlPower", "g_aidlLight",
+                               "g_aidlVaelon", "g_aidlVibrator"}) {
+        EXPECT_EQ(Count(kInfo, Prefixed(std::string(handle) + " init success")), 1) << handle;
+    }
+    // No HIDL fallback on this path.
+    const std::vector<std::string> inits = Messages(Lines(), "Init");
+    EXPECT_TRUE(std::none_of(inits.begin(), inits.end(),
+                             [](const std::string& m) { return m.find("by hidl") != std::string::npos; }));
+    Mark();
+    EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "ZT26A0012345");
+    EXPECT_TRUE(Has(kInfo, "GetBsn, Aidl Called"));
+}
+
+TEST_F(AidlRecoveryTest, FingerprintSessionDeathAlsoRecovers) {
+    Boot(DeviceProfile::AllAidl());
+    handset().Kill(Family::kFingerprint);
+    ASSERT_TRUE(WaitFor(kInfo, "InitFingerprint"));
+    handset().Start(Family::kFingerprint);
+    ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_aidlVibrator init success")));
+    ASSERT_TRUE(NoticesDelivered());
+    // The service and its session died together: one notice from the session link.
+    EXPECT_EQ(Count(kWarn, kServiceDied), 1);
+    EXPECT_EQ(Count(kInfo, Prefixed("g_aidlFingerprintSession init success")), 1);
+    EXPECT_EQ(handset().fingerprint().callsTo("createSession").size(), 2u);
+}
+
+TEST_F(AidlRecoveryTest, LoadingAgainWhileConnectedLinksNothingTwice) {
+    Boot(DeviceProfile::AllAidl());
+    ASSERT_EQ(CallOnLoad(Jvm::Get().vm()), 0x10004);
+    EXPECT_EQ(Count(kInfo, Prefixed("g_aidlDisplay init success")), 0);
+    handset().Kill(Family::kDisplay);
+    handset().Start(Family::kDisplay);
+    ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_aidlVibrator init success")));
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_EQ(Count(kWarn, kServiceDied), 1);
+}
+
+TEST_F(AidlRecoveryTest, LoadWaitsForADeclaredServiceThatIsLate) {
+    Boot(DeviceProfile::AllAidl());
+    CallOnUnload(Jvm::Get().vm());
+    DeviceProfile profile = DeviceProfile::AllAidl();
+    profile[Family::kDisplay].declaredNotStarted = true;
+    handset().Configure(profile);
+    Mark();
+    jint loaded = 0;
+    std::thread loader([&] {
+        Jvm::Get().Env();  // attaches the thread
+        loaded = CallOnLoad(Jvm::Get().vm());
+        Jvm::Get().vm()->DetachCurrentThread();
+    });
+    ASSERT_TRUE(WaitFor(kInfo, "InitDisplay"));
+    // Nothing after the display is connected while it is not up.
+    EXPECT_FALSE(Has(kInfo, "InitTouchScreen"));
+    handset().Start(Family::kDisplay);
+    loader.join();
+    EXPECT_EQ(loaded, 0x10004);
+    EXPECT_EQ(Count(kInfo, Prefixed("g_aidlDisplay init success")), 1);
+    EXPECT_EQ(Str("getScreenCurrentFpsNative", "()Ljava/lang/String;").has_value(), true);
+    EXPECT_TRUE(Has(kInfo, "GetScreenCurrentFps, Aidl Called"));
+}
+
+TEST_F(AidlRecoveryTest, UndeclaredServiceIsSkippedWithoutWaiting) {
+    DeviceProfile profile = DeviceProfile::AllAidl();
+    profile[Family::kDisplay].transport = mmisim::Transport::kNone;
+    Boot(profile);
+    EXPECT_EQ(hostcontrol::WaitersFor(mmisim::Handset::AidlServiceName(Family::kDisplay)), 0);
+    const std::vector<Line> boot = BootLines();
+    EXPECT_TRUE(std::find(boot.begin(), boot.end(), Line{kError, Prefixed("g_aidlDisplay is null")}) != boot.end());
+    EXPECT_TRUE(std::find(boot.begin(), boot.end(), Line{kInfo, Prefixed("g_aidlTouchScreen init success")}) !=
+                boot.end());
+}
+
+struct DeathCase {
+    Family family;
+    int cookie;
+};
+
+class HidlRecoveryTest : public MmiTest, public ::testing::WithParamInterface<DeathCase> {};
+
+TEST_P(HidlRecoveryTest, DeathClearsEveryFamilyUntilAServiceRegistersAnew) {
+    Boot(DeviceProfile::AllHidl());
+    handset().Kill(GetParam().family);
+    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:" + std::to_string(GetParam().cookie))));
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_TRUE(Has(kInfo, Prefixed("ExitMmiManager by hidl")));
+    // Every HIDL family is gone, not only the dead one.
+    Mark();
+    EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "");
+    EXPECT_TRUE(Has(kError, Prefixed("GetBsn by hidl fail, g_hwFactoryInterface is null")));
+
+    handset().Start(GetParam().family);
+    ASSERT_TRUE(WaitFor(kInfo, "InitSensorsV20 by hidl"));
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_GE(Count(kInfo, Prefixed("g_hwFactoryInterface linkToDeath")), 1);
+    Mark();
+    EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "ZT26A0012345");
+}
+
+INSTANTIATE_TEST_SUITE_P(Cookies, HidlRecoveryTest,
+                         ::testing::Values(DeathCase{Family::kFactory, 1}, DeathCase{Family::kDisplay, 2},
+                                           DeathCase{Family::kTouchScreen, 3}, DeathCase{Family::kPower, 5},
+                                           DeathCase{Family::kLight, 6}),
+                         [](const ::testing::TestParamInfo<DeathCase>& info) {
+                             return std::string(mmisim::FamilyName(info.param.family));
+                         });
+
+class HidlNoticeTest : public MmiTest {};
+
+// The fingerprint family listens for touch-screen registrations, so a fingerprint service
+// that comes back alone reconnects nothing; the next listened registration does.
+TEST_F(HidlNoticeTest, FingerprintComingBackAloneReconnectsNothing) {
+    Boot(DeviceProfile::AllHidl());
+    handset().Kill(Family::kFingerprint);
+    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:3")));
+    handset().Start(Family::kFingerprint);
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_FALSE(Has(kInfo, "InitFingerprint by hidl"));
+    Mark();
+    EXPECT_EQ(Int("sendCmdToFingerprintHalNative", "(I)I", 1), -1);
+    EXPECT_TRUE(Has(kError, Prefixed("SetCmdToFingerprintHal by hidl fail, g_hwFingerprint is null")));
+
+    handset().Kill(Family::kTouchScreen);
+    handset().Start(Family::kTouchScreen);
+    ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_hwFingerprint linkToDeath")));
+    ASSERT_TRUE(NoticesDelivered());
+}
+
+TEST_F(HidlNoticeTest, PreexistingRegistrationsNeverReconnect) {
+    Boot(DeviceProfile::AllHidl());
+    const std::vector<Line> boot = BootLines();
+    const auto preexisting = std::count_if(boot.begin(), boot.end(), [](const Line& l) {
+        return l.priority == kWarn && l.message.find("isPreexisting:1") != std::string::npos;
+    });
+    EXPECT_GE(preexisting, 8);
+    for (const char* init : {"InitFactoryInterface by hidl", "InitDisplay by hidl", "InitLight by hidl",
+                             "InitSensorsV20 by hidl"}) {
+        EXPECT_EQ(std::count(boot.begin(), boot.end(), Line{kInfo, init}), 1) << init;
+    }
+}
+
+TEST_F(HidlNoticeTest, NewRegistrationReconnectsWithAnInitialiserEach) {
+    Boot(DeviceProfile::AllHidl());
+    handset().Kill(Family::kLight);
+    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:6")));
+    Mark();
+    handset().Start(Family::kLight);
+    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ReinitHal, fqName:vendor.zentel.hardware.light@2.0::ILight, name:default, "
+                                        "isPreexisting:0")));
+    ASSERT_TRUE(WaitFor(kInfo, "InitSensorsV20 by hidl"));
+    ASSERT_TRUE(NoticesDelivered());
+    std::vector<std::string> inits;
+    for (const Line& line : Lines()) {
+        if (line.message.rfind("Init", 0) == 0) inits.push_back(line.message);
+    }
+    ASSERT_GE(inits.size(), 8u);
+    EXPECT_EQ(std::vector<std::string>(inits.begin(), inits.begin() + 8),
+              (std::vector<std::string>{"InitFactoryInterface by hidl", "InitDisplay by hidl", "InitTouchScreen by hidl",
+                                        "InitFingerprint by hidl", "InitSensor by hidl", "InitPower by hidl",
+                                        "InitLight by hidl", "InitSensorsV20 by hidl"}));
+}
+
+TEST_F(HidlNoticeTest, InitialiserOfAConnectedFamilyGetsAndLinksNothing) {
+    Boot(DeviceProfile::AllHidl());
+    ASSERT_EQ(CallOnLoad(Jvm::Get().vm()), 0x10004);
+    EXPECT_EQ(Count(kInfo, "InitLight by hidl"), 1);
+    EXPECT_EQ(Count(kInfo, "g_hwLight linkToDeath"), 0);
+    handset().Kill(Family::kLight);
+    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:6")));
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_EQ(Count(kWarn, Prefixed("ProcessServiceDied, cookie is:6")), 1);
+}
+
+}  // namespace
+}  // namespace mmitest
