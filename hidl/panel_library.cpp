@@ -1,13 +1,21 @@
 // Video interpolation through the display processor's vendor library, loaded on first use
 // and called by symbol name.
 //
-// The library is opened with every symbol bound at once and kept open; the HIDL shutdown
-// closes it and forgets the handle but leaves the loaded flag set, so later calls fail at
-// the symbol lookup instead of opening the library again.
+// The library is opened with every symbol bound at once and kept open; a failed open is
+// tried again by the next call. The HIDL shutdown closes it and forgets the handle but
+// leaves the loaded flag set, so later calls fail at the symbol lookup instead of opening
+// the library again.
+//
+// An operation holds the library lock shared from reading the handle until the vendor
+// call has returned, and opening and closing hold it exclusively: the shutdown (which runs
+// on the HIDL death thread too) can never unmap the library under a running call, and two
+// first calls cannot open it twice.
 #include <dlfcn.h>
 #include <mmi_log.h>
 
 #include <atomic>
+#include <mutex>
+#include <shared_mutex>
 
 #include "hidl_handles.h"
 #include "java_helpers.h"
@@ -21,58 +29,73 @@ namespace {
 constexpr const char* kPanelLibrary = "libpixelworksMMITest.so";
 
 std::atomic<bool> g_panelLoaded{false};
-std::atomic<void*> g_panelHandle{nullptr};
+std::shared_mutex g_panelLock;
+void* g_panelHandle = nullptr;  // guarded by g_panelLock
 
+// The loader's text for the last failure on this thread.
 const char* LoaderError() {
     const char* error = dlerror();
     return error != nullptr ? error : "unknown loader error";
 }
 
-// The library handle, opening the library when it has not been loaded yet. False after
-// logging when it cannot be opened; the next call tries again.
-bool LoadPanelLibrary(void** handle) {
-    if (g_panelLoaded.load()) {
-        *handle = g_panelHandle.load();
+// The vendor library for the length of one operation.
+class PanelLibrary {
+public:
+    // Opens the library unless it was loaded before, and keeps it from being closed while
+    // this object lives. False (after logging) when it cannot be opened.
+    bool load() {
+        if (!g_panelLoaded.load()) {
+            std::unique_lock<std::shared_mutex> exclusive(g_panelLock);
+            if (!g_panelLoaded.load()) {
+                void* opened = dlopen(kPanelLibrary, RTLD_NOW);
+                g_panelHandle = opened;
+                if (opened == nullptr) {
+                    MMI_LOGE("%s: failed to load libpixelworksMMITest.so: %s", kLogPrefix, LoaderError());
+                    return false;
+                }
+                g_panelLoaded.store(true);
+            }
+        }
+        mUse.lock();
+        mHandle = g_panelHandle;
         return true;
     }
-    void* opened = dlopen(kPanelLibrary, RTLD_NOW);
-    g_panelHandle.store(opened);
-    if (opened == nullptr) {
-        MMI_LOGE("%s: failed to load %s: %s", kLogPrefix, kPanelLibrary, LoaderError());
-        return false;
-    }
-    g_panelLoaded.store(true);
-    *handle = opened;
-    return true;
-}
 
-// An entry point of the library, or null with the reason in *error. A closed library has
-// no entry points.
-template <typename Function>
-Function FindEntry(void* handle, const char* symbol, const char** error) {
-    if (handle == nullptr) {
-        *error = "library is closed";
-        return nullptr;
+    // An entry point, or null with the reason in *error. A closed library has none (and
+    // the null handle must not reach dlsym, where it would search the whole process).
+    template <typename Function>
+    Function find(const char* symbol, const char** error) const {
+        if (mHandle == nullptr) {
+            *error = "library handle is null";
+            return nullptr;
+        }
+        dlerror();
+        auto entry = reinterpret_cast<Function>(dlsym(mHandle, symbol));
+        if (entry == nullptr) *error = LoaderError();
+        return entry;
     }
-    dlerror();
-    auto entry = reinterpret_cast<Function>(dlsym(handle, symbol));
-    if (entry == nullptr) *error = LoaderError();
-    return entry;
-}
+
+private:
+    std::shared_lock<std::shared_mutex> mUse{g_panelLock, std::defer_lock};
+    void* mHandle = nullptr;
+};
 
 }  // namespace
 
 void ClosePanelLibrary() {
-    void* handle = g_panelHandle.exchange(nullptr);
-    if (handle != nullptr) dlclose(handle);
+    std::unique_lock<std::shared_mutex> exclusive(g_panelLock);
+    if (g_panelHandle != nullptr) {
+        dlclose(g_panelHandle);
+        g_panelHandle = nullptr;
+    }
 }
 
 jint SetVideoInterpolationModel(JNIEnv* /*env*/, jobject /*thiz*/, jint mode, jint freshRate) {
     MMI_LOGI("%s: start SetVideoInterpolationModel by hidl, mode: %d, freshRate: %d", kLogPrefix, mode, freshRate);
-    void* handle = nullptr;
-    if (!LoadPanelLibrary(&handle)) return -1;
+    PanelLibrary library;
+    if (!library.load()) return -1;
     const char* error = nullptr;
-    auto setMode = FindEntry<int (*)(int, int)>(handle, "setVideoInterpolationMode", &error);
+    auto setMode = library.find<int (*)(int, int)>("setVideoInterpolationMode", &error);
     int result = -1;
     if (setMode == nullptr) {
         MMI_LOGE("%s: failed to dlsym setVideoInterpolationMode: %s", kLogPrefix, error);
@@ -86,10 +109,10 @@ jint SetVideoInterpolationModel(JNIEnv* /*env*/, jobject /*thiz*/, jint mode, ji
 
 jstring GetVideoInterpolationModel(JNIEnv* env, jobject /*thiz*/) {
     MMI_LOGI("%s: start getModes by hidl", kLogPrefix);
-    void* handle = nullptr;
-    if (!LoadPanelLibrary(&handle)) return mmi::NewJavaString(env, "");
+    PanelLibrary library;
+    if (!library.load()) return mmi::NewJavaString(env, "");
     const char* error = nullptr;
-    auto getModes = FindEntry<const char* (*)(int*)>(handle, "getModes", &error);
+    auto getModes = library.find<const char* (*)(int*)>("getModes", &error);
     if (getModes == nullptr) {
         MMI_LOGE("%s: failed to dlsym getVideoInterpolationModel: %s", kLogPrefix, error);
         return mmi::NewJavaString(env, "");
@@ -101,14 +124,19 @@ jstring GetVideoInterpolationModel(JNIEnv* env, jobject /*thiz*/) {
         MMI_LOGE("%s: getModes error! length is 0, return empty string.", kLogPrefix);
         return mmi::NewJavaString(env, "");
     }
+    if (modes == nullptr) {
+        MMI_LOGE("%s: getModes error! text is null, return empty string.", kLogPrefix);
+        return mmi::NewJavaString(env, "");
+    }
+    // The text is the library's: copied into the Java string, never freed here.
     return mmi::NewJavaString(env, modes);
 }
 
 jint GetVideoInterpolationDefaultModel(JNIEnv* /*env*/, jobject /*thiz*/) {
-    void* handle = nullptr;
-    if (!LoadPanelLibrary(&handle)) return -1;
+    PanelLibrary library;
+    if (!library.load()) return -1;
     const char* error = nullptr;
-    auto getCurrentMode = FindEntry<int (*)()>(handle, "GetCurrentMode", &error);
+    auto getCurrentMode = library.find<int (*)()>("GetCurrentMode", &error);
     int result = -1;
     if (getCurrentMode == nullptr) {
         MMI_LOGE("%s: failed to dlsym GetCurrentMode: %s", kLogPrefix, error);
@@ -120,10 +148,10 @@ jint GetVideoInterpolationDefaultModel(JNIEnv* /*env*/, jobject /*thiz*/) {
 }
 
 jint RecoverInperpolateFreshRate(JNIEnv* /*env*/, jobject /*thiz*/) {
-    void* handle = nullptr;
-    if (!LoadPanelLibrary(&handle)) return -1;
+    PanelLibrary library;
+    if (!library.load()) return -1;
     const char* error = nullptr;
-    auto recover = FindEntry<int (*)()>(handle, "RecoverFreshRate", &error);
+    auto recover = library.find<int (*)()>("RecoverFreshRate", &error);
     int result = -1;
     if (recover == nullptr) {
         MMI_LOGE("%s:failed to dlsym CheckResult: %s", kLogPrefix, error);

@@ -6,6 +6,7 @@
 
 #include <condition_variable>
 #include <cstdlib>
+#include <memory>
 #include <mutex>
 
 namespace mmisim {
@@ -17,6 +18,7 @@ struct Store {
     std::vector<LogEntry> entries;
     size_t dropped = 0;  // entries cleared away; marks count from the start of the process
     int file = -1;
+    std::shared_ptr<const std::function<void(const LogEntry&)>> observer;
 };
 
 Store& TheStore() {
@@ -27,15 +29,18 @@ Store& TheStore() {
 void Hook(const __android_logger_data* data, const char* message) {
     Store& store = TheStore();
     LogEntry entry{data->priority, data->tag != nullptr ? data->tag : "", message != nullptr ? message : ""};
-    std::lock_guard<std::mutex> lock(store.lock);
+    std::unique_lock<std::mutex> lock(store.lock);
     if (store.file >= 0) {
         const std::string line = std::to_string(entry.priority) + "\t" + LogCapture::EscapeForFile(entry.message) + "\n";
         // One write per line: concurrent test processes appending to the same file do not interleave.
         ssize_t written = write(store.file, line.data(), line.size());
         (void)written;
     }
-    store.entries.push_back(std::move(entry));
+    store.entries.push_back(entry);
     store.added.notify_all();
+    std::shared_ptr<const std::function<void(const LogEntry&)>> observer = store.observer;
+    lock.unlock();
+    if (observer != nullptr) (*observer)(entry);
 }
 
 }  // namespace
@@ -53,6 +58,14 @@ LogCapture& LogCapture::Install() {
 }
 
 std::vector<LogEntry> LogCapture::entries() const { return since(0); }
+
+void LogCapture::setObserver(std::function<void(const LogEntry&)> observer) {
+    auto shared = observer ? std::make_shared<const std::function<void(const LogEntry&)>>(std::move(observer))
+                           : nullptr;
+    Store& store = TheStore();
+    std::lock_guard<std::mutex> lock(store.lock);
+    store.observer = std::move(shared);
+}
 
 std::vector<LogEntry> LogCapture::since(size_t mark) const {
     Store& store = TheStore();

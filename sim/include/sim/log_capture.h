@@ -34,6 +34,12 @@ public:
     bool waitForMessage(size_t mark, int priority, const std::string& message,
                         std::chrono::milliseconds timeout) const;
 
+    // Runs the observer on the logging thread for every entry written from now on, after the
+    // entry is stored and outside the capture's lock: it may log, wait for entries or hold
+    // the logging thread to open a window between two steps of the code under test. One
+    // observer at a time; an empty function removes it.
+    void setObserver(std::function<void(const LogEntry&)> observer);
+
     // logcat's brief format: "I/tag: message".
     static std::string Brief(const LogEntry& entry);
     static std::string EscapeForFile(const std::string& message);
