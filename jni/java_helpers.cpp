@@ -38,6 +38,9 @@ std::string GetStringFromObject(JNIEnv* env, jobject object, const char* classNa
     }
     const char* chars = env->GetStringUTFChars(value, nullptr);
     if (chars == nullptr) {
+        // The VM could not copy the characters (out of memory); the caller reads further
+        // fields, so the VM's exception must not stay pending.
+        mmi::ClearPendingException(env);
         MMI_LOGE("%s: GetStringFromObject fail, string value is null", kLogPrefix);
         env->DeleteLocalRef(value);
         return std::string();
