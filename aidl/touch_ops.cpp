@@ -1,31 +1,110 @@
-// Placeholder operations: until each is written, it answers as when its service is missing.
+// Touch-screen tests over the AIDL touch-screen service: capacitance test and calibration,
+// rotary-crown self test and feature configuration. Binder statuses are not looked at: a
+// failed call leaves the fresh result record (status 0, empty text) or the preset.
 #include <mmi_log.h>
 
+#include "aidl_handles.h"
 #include "java_helpers.h"
 #include "mmi_aidl_manager.h"
 
+using android::sp;
 using mmi::kLogPrefix;
+using mmi::NewJavaString;
+using vendor::zentel::hardware::tp::ITouchscreen;
+using vendor::zentel::hardware::tp::ITPIntString;
 
 namespace native_aidl {
+namespace {
 
-jint GetCapacitanceTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint /*unused*/) {
-    MMI_LOGE("%s: GetCapacitanceTestResult by aidl fail, g_aidlTouchScreen is null", kLogPrefix);
-    return -1;
+constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
+constexpr const char* kFailInfoField = "sTpCapacitanceFailInfo";
+
+// The touch-screen service, or null after writing the operation's missing-service line (a
+// format that takes the log prefix).
+sp<ITouchscreen> TouchScreen(const char* missingLine) {
+    sp<ITouchscreen> touch = g_aidlTouchScreen.get();
+    if (touch == nullptr) MMI_LOGE(missingLine, kLogPrefix);
+    return touch;
 }
 
-jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint /*value*/) {
-    MMI_LOGE("%s: GetCapacitanceCalibrateResult by aidl fail, g_aidlTouchScreen is null", kLogPrefix);
-    return mmi::NewJavaString(env, "");
+// Hands the capacitance test's text to the Java side through the static String field
+// MmiNativeManager.sTpCapacitanceFailInfo. A lookup that fails is logged and its exception
+// cleared, so the test's status still reaches Java.
+void StoreCapacitanceFailInfo(JNIEnv* env, const std::string& info) {
+    constexpr const char* kOperation = "GetCapacitanceTestResult by aidl";
+    jclass clazz = env->FindClass(kNativeManagerClass);
+    if (clazz == nullptr) {
+        mmi::ReportFailedLookup(env, kOperation, "class", kNativeManagerClass);
+        return;
+    }
+    jfieldID field = env->GetStaticFieldID(clazz, kFailInfoField, "Ljava/lang/String;");
+    if (field == nullptr) {
+        mmi::ReportFailedLookup(env, kOperation, "static field", kFailInfoField);
+        env->DeleteLocalRef(clazz);
+        return;
+    }
+    jstring text = NewJavaString(env, info);
+    if (text != nullptr) {
+        env->SetStaticObjectField(clazz, field, text);
+        env->DeleteLocalRef(text);
+    }
+    env->DeleteLocalRef(clazz);
 }
 
-jint SetTouchScreenFeatureConfig(JNIEnv* /*env*/, jobject /*thiz*/, jint /*feature*/, jstring /*config*/) {
-    MMI_LOGE("%s: SetTouchScreenFeatureConfig by aidl fail, g_aidlTouchScreen is null", kLogPrefix);
-    return -1;
+}  // namespace
+
+jint GetCapacitanceTestResult(JNIEnv* env, jobject /*thiz*/, jint /*unused*/) {
+    sp<ITouchscreen> touch = TouchScreen("%s: GetCapacitanceTestResult by aidl fail, g_aidlTouchScreen is null");
+    if (touch == nullptr) return -1;
+    ITPIntString result;
+    touch->getCapacitanceTestResult(&result);
+    MMI_LOGI("%s: GetCapacitanceTestResult by aidl, ret: %d, info: %s", kLogPrefix, result.ret, result.info.c_str());
+    // The text is stored whatever the status: a passing test leaves its own (often empty) text.
+    StoreCapacitanceFailInfo(env, result.info);
+    return result.ret;
+}
+
+jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint value) {
+    sp<ITouchscreen> touch =
+            TouchScreen("%s: GetCapacitanceCalibrateResult by aidl fail, g_aidlTouchScreen is null");
+    if (touch == nullptr) return NewJavaString(env, "");
+    ITPIntString result;
+    touch->getCapacitanceCalibrateResult(value, &result);
+    if (result.ret != 0) {
+        MMI_LOGE("%s: GetCapacitanceCalibrateResult by aidl fail", kLogPrefix);
+        return NewJavaString(env, "");
+    }
+    MMI_LOGI("%s: GetCapacitanceCalibrateResult by aidl, ret: %d, info: %s", kLogPrefix, result.ret,
+             result.info.c_str());
+    return NewJavaString(env, result.info);
+}
+
+jint SetTouchScreenFeatureConfig(JNIEnv* env, jobject /*thiz*/, jint feature, jstring config) {
+    sp<ITouchscreen> touch = TouchScreen("%s: SetTouchScreenFeatureConfig by aidl fail, g_aidlTouchScreen is null");
+    if (touch == nullptr) return -1;
+    mmi::JavaUtfChars configChars(env, config);
+    if (configChars.isNull()) {
+        mmi::LogNullArgument("SetTouchScreenFeatureConfig by aidl", "config");
+        return -1;
+    }
+    int32_t result = -1;
+    touch->setTouchScreenFeatureConfig(feature, configChars.c_str(), &result);
+    MMI_LOGI("%s: SetTouchScreenFeatureConfig by aidl, feature: %d, config: %s, result: %d", kLogPrefix, feature,
+             configChars.c_str(), result);
+    return result;
 }
 
 jstring GetRotateCrownTestResult(JNIEnv* env, jobject /*thiz*/) {
-    MMI_LOGE("%s: GetRotateCrownTestResult by aidl fail, g_aidlTouchScreen is null", kLogPrefix);
-    return mmi::NewJavaString(env, "");
+    sp<ITouchscreen> touch = TouchScreen("%s: GetRotateCrownTestResult by aidl fail, g_aidlTouchScreen is null");
+    if (touch == nullptr) return NewJavaString(env, "");
+    ITPIntString result;
+    touch->getRotateCrownTestResult(&result);
+    if (result.ret != 0) {
+        MMI_LOGE("%s: GetRotateCrownTestResult by aidl fail", kLogPrefix);
+        return NewJavaString(env, "");
+    }
+    MMI_LOGI("%s: GetRotateCrownTestResult by aidl, ret: %d, info: %s", kLogPrefix, result.ret, result.info.c_str());
+    return NewJavaString(env, result.info);
 }
 
 }  // namespace native_aidl

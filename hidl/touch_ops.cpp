@@ -1,31 +1,129 @@
-// Placeholder operations: until each is written, it answers as when its service is missing.
+// Touch-screen tests over the HIDL touch-screen service 1.0: capacitance test and
+// calibration, rotary-crown self test and feature configuration. Results that come through
+// a callback are copied into locals that hold their presets until the service answers.
 #include <mmi_log.h>
 
+#include "hidl_handles.h"
 #include "java_helpers.h"
 #include "mmi_hidl_manager.h"
 
+using android::sp;
+using android::hardware::hidl_string;
 using mmi::kLogPrefix;
+using mmi::NewJavaString;
 
 namespace native_hidl {
+namespace {
 
-jint GetCapacitanceTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint /*unused*/) {
-    MMI_LOGE("%s: GetCapacitanceTestResult by hidl fail, g_hwTouchScreen is null", kLogPrefix);
-    return -1;
+using TouchScreenV1_0 = hw::tp::V1_0::ITouchscreen;
+
+constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
+constexpr const char* kFailInfoField = "sTpCapacitanceFailInfo";
+constexpr const char* kCalibrateFailedText = "Capacitance Calibrate Failed";
+constexpr const char* kRotateCrownFailedText = "error";
+
+// The touch-screen service, or null after writing the operation's missing-service line (a
+// format that takes the log prefix).
+sp<TouchScreenV1_0> TouchScreen(const char* missingLine) {
+    sp<TouchScreenV1_0> touch = g_hwTouchScreen.get();
+    if (touch == nullptr) MMI_LOGE(missingLine, kLogPrefix);
+    return touch;
 }
 
-jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint /*value*/) {
-    MMI_LOGE("%s: GetCapacitanceCalibrateResult by hidl fail, g_hwTouchScreen is null", kLogPrefix);
-    return mmi::NewJavaString(env, "Capacitance Calibrate Failed");
+struct TextResult {
+    int32_t ret = -1;  // stays when the service never calls back
+    std::string text;
+};
+
+TouchScreenV1_0::text_cb Into(TextResult& result) {
+    return [&result](int32_t ret, const hidl_string& text) {
+        result.ret = ret;
+        result.text = text;
+    };
 }
 
-jint SetTouchScreenFeatureConfig(JNIEnv* /*env*/, jobject /*thiz*/, jint /*feature*/, jstring /*config*/) {
-    MMI_LOGE("%s: SetTouchScreenFeatureConfig by hidl fail, g_hwTouchScreen is null", kLogPrefix);
-    return -1;
+// Hands the capacitance test's text to the Java side through the static String field
+// MmiNativeManager.sTpCapacitanceFailInfo. A lookup that fails is logged and its exception
+// cleared, so the test's status still reaches Java.
+void StoreCapacitanceFailInfo(JNIEnv* env, const std::string& info) {
+    constexpr const char* kOperation = "GetCapacitanceTestResult by hidl";
+    jclass clazz = env->FindClass(kNativeManagerClass);
+    if (clazz == nullptr) {
+        mmi::ReportFailedLookup(env, kOperation, "class", kNativeManagerClass);
+        return;
+    }
+    jfieldID field = env->GetStaticFieldID(clazz, kFailInfoField, "Ljava/lang/String;");
+    if (field == nullptr) {
+        mmi::ReportFailedLookup(env, kOperation, "static field", kFailInfoField);
+        env->DeleteLocalRef(clazz);
+        return;
+    }
+    jstring text = NewJavaString(env, info);
+    if (text != nullptr) {
+        env->SetStaticObjectField(clazz, field, text);
+        env->DeleteLocalRef(text);
+    }
+    env->DeleteLocalRef(clazz);
+}
+
+}  // namespace
+
+jint GetCapacitanceTestResult(JNIEnv* env, jobject /*thiz*/, jint /*unused*/) {
+    sp<TouchScreenV1_0> touch = TouchScreen("%s: GetCapacitanceTestResult by hidl fail, g_hwTouchScreen is null");
+    if (touch == nullptr) return -1;
+    TextResult result;
+    Finish(touch->getCapacitanceTestResult(Into(result)));
+    MMI_LOGI("%s: GetCapacitanceTestResult by hidl, ret: %d, info: %s", kLogPrefix, result.ret, result.text.c_str());
+    // The text is stored whatever the status: a passing test leaves its own (often empty) text.
+    StoreCapacitanceFailInfo(env, result.text);
+    return result.ret;
+}
+
+jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint value) {
+    sp<TouchScreenV1_0> touch =
+            TouchScreen("%s: GetCapacitanceCalibrateResult by hidl fail, g_hwTouchScreen is null");
+    if (touch == nullptr) return NewJavaString(env, kCalibrateFailedText);
+    TextResult result;
+    Finish(touch->getCapacitanceCalibrateResult(value, Into(result)));
+    if (result.ret != 0) {
+        MMI_LOGE("%s: GetCapacitanceCalibrateResult by hidl fail, ret: %d", kLogPrefix, result.ret);
+        result.text = kCalibrateFailedText;
+    }
+    MMI_LOGI("%s: GetCapacitanceCalibrateResult by hidl, ret: %d, info: %s", kLogPrefix, result.ret,
+             result.text.c_str());
+    return NewJavaString(env, result.text);
+}
+
+jint SetTouchScreenFeatureConfig(JNIEnv* env, jobject /*thiz*/, jint feature, jstring config) {
+    sp<TouchScreenV1_0> touch = TouchScreen("%s: SetTouchScreenFeatureConfig by hidl fail, g_hwTouchScreen is null");
+    if (touch == nullptr) return -1;
+    mmi::JavaUtfChars configChars(env, config);
+    if (configChars.isNull()) {
+        mmi::LogNullArgument("SetTouchScreenFeatureConfig by hidl", "config");
+        return -1;
+    }
+    const int32_t result = ValueOr(touch->setTouchScreenFeatureConfig(feature, hidl_string(configChars.c_str())), -1);
+    MMI_LOGI("%s: SetTouchScreenFeatureConfig by hidl, feature: %d, config: %s", kLogPrefix, feature,
+             configChars.c_str());
+    return result;
 }
 
 jstring GetRotateCrownTestResult(JNIEnv* env, jobject /*thiz*/) {
-    MMI_LOGE("%s: GetRotateCrownTestResult by hidl fail, g_hwTouchScreen is null", kLogPrefix);
-    return mmi::NewJavaString(env, "");
+    sp<TouchScreenV1_0> touch = TouchScreen("%s: GetRotateCrownTestResult by hidl fail, g_hwTouchScreen is null");
+    if (touch == nullptr) return NewJavaString(env, "");
+    bool success = false;  // stays false when the service never calls back
+    std::string info;
+    Finish(touch->getRotateCrownTestResult([&](bool ok, const hidl_string& text) {
+        success = ok;
+        info = text;
+    }));
+    if (!success) {
+        // The service's text is dropped: a failed self test answers the fixed failure text.
+        MMI_LOGE("%s: GetRotateCrownTestResult by hidl fail", kLogPrefix);
+        return NewJavaString(env, kRotateCrownFailedText);
+    }
+    MMI_LOGI("%s: GetRotateCrownTestResult by hidl, info: %s", kLogPrefix, info.c_str());
+    return NewJavaString(env, info);
 }
 
 }  // namespace native_hidl

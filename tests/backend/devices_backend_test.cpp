@@ -31,7 +31,8 @@ protected:
                 const std::string& handle) {
         Mark();
         EXPECT_EQ(call(), expected) << operation;
-        EXPECT_EQ(Lines(), (std::vector<Line>{{kError, Prefixed(operation + " by aidl fail, " + handle + " is null")}}));
+        const std::string error = Prefixed(operation + " by aidl fail, " + handle + " is null");
+        EXPECT_EQ(Lines(), (std::vector<Line>{{kError, error}}));
     }
 };
 
