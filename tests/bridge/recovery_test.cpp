@@ -97,7 +97,7 @@ TEST_F(AidlRecoveryTest, LoadWaitsForADeclaredServiceThatIsLate) {
         loaded = CallOnLoad(Jvm::Get().vm());
         Jvm::Get().vm()->DetachCurrentThread();
     });
-    ASSERT_TRUE(WaitFor(kInfo, "InitDisplay"));
+    ASSERT_TRUE(hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(Family::kDisplay), 1, kNoticeTimeout));
     // Nothing after the display is connected while it is not up.
     EXPECT_FALSE(Has(kInfo, "InitTouchScreen"));
     handset().Start(Family::kDisplay);
@@ -106,6 +106,29 @@ TEST_F(AidlRecoveryTest, LoadWaitsForADeclaredServiceThatIsLate) {
     EXPECT_EQ(Count(kInfo, Prefixed("g_aidlDisplay init success")), 1);
     EXPECT_EQ(Str("getScreenCurrentFpsNative", "()Ljava/lang/String;").has_value(), true);
     EXPECT_TRUE(Has(kInfo, "GetScreenCurrentFps, Aidl Called"));
+}
+
+TEST_F(AidlRecoveryTest, DeclaredFingerprintThatNeverComesUpIsReported) {
+    Boot(DeviceProfile::AllAidl());
+    CallOnUnload(Jvm::Get().vm());
+    DeviceProfile profile = DeviceProfile::AllAidl();
+    profile[Family::kFingerprint].declaredNotStarted = true;
+    handset().Configure(profile);
+    Mark();
+    jint loaded = 0;
+    std::thread loader([&] {
+        Jvm::Get().Env();
+        loaded = CallOnLoad(Jvm::Get().vm());
+        Jvm::Get().vm()->DetachCurrentThread();
+    });
+    ASSERT_TRUE(hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(Family::kFingerprint), 1,
+                                            kNoticeTimeout));
+    // The wait ends without a service (the service manager starts over).
+    hostcontrol::ResetServiceManager();
+    loader.join();
+    EXPECT_EQ(loaded, 0x10004);
+    EXPECT_EQ(Count(kError, Prefixed("Could not connect to declared sensors AIDL HAL")), 1);
+    EXPECT_TRUE(Has(kInfo, "InitFingerprint by hidl"));
 }
 
 TEST_F(AidlRecoveryTest, UndeclaredServiceIsSkippedWithoutWaiting) {

@@ -20,6 +20,10 @@ void KillBinder(const android::sp<android::IBinder>& binder);
 // Number of threads blocked in waitForService for this name at this moment.
 int WaitersFor(const std::string& name);
 
+// Waits until at least `count` threads are blocked in waitForService for the name, or the
+// time is up. Returns true when they are.
+bool WaitForWaiters(const std::string& name, int count, std::chrono::milliseconds timeout);
+
 // Forgets every service and declaration; threads blocked in waitForService return null.
 void ResetServiceManager();
 

@@ -78,6 +78,14 @@ public:
         return it == mWaiters.end() ? 0 : it->second;
     }
 
+    bool WaitForWaiters(const std::string& name, int count, std::chrono::milliseconds timeout) {
+        std::unique_lock<std::mutex> lock(mLock);
+        return mChanged.wait_for(lock, timeout, [&] {
+            auto it = mWaiters.find(name);
+            return it != mWaiters.end() && it->second >= count;
+        });
+    }
+
     void Reset() {
         std::lock_guard<std::mutex> lock(mLock);
         mServices.clear();
@@ -122,6 +130,10 @@ void KillBinder(const android::sp<android::IBinder>& binder) {
 }
 
 int WaitersFor(const std::string& name) { return android::Manager().WaitersFor(name); }
+
+bool WaitForWaiters(const std::string& name, int count, std::chrono::milliseconds timeout) {
+    return android::Manager().WaitForWaiters(name, count, timeout);
+}
 
 void ResetServiceManager() { android::Manager().Reset(); }
 
