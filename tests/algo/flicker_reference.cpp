@@ -14,7 +14,7 @@ namespace {
 int ToInt(float v) {
     if (std::isnan(v)) return 0;
     if (v >= 2147483648.0f) return 2147483647;
-    if (v <= -2147483649.0f) return -2147483647 - 1;
+    if (v < -2147483648.0f) return -2147483647 - 1;
     return static_cast<int>(v);
 }
 

@@ -1,0 +1,148 @@
+// Speed of the flicker detector: the literal transcription against the
+// library's detector on its best kernel and on the portable kernel. The last
+// line printed is the summary "flicker speedup: <B>x best, <P>x portable".
+#include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "flicker_detector.h"
+#include "flicker_fast.h"
+#include "flicker_reference.h"
+
+namespace {
+
+constexpr int kInputCount = 16;
+constexpr float kSampleRate = 1000.0f;
+constexpr int kWindowLength = 256;
+
+struct Samples {
+    int values[256];
+};
+
+// Light from a mains-driven source seen by a sensor: a DC level, a flicker
+// tone between 50 and 480 Hz with a harmonic, and sensor noise.
+std::vector<Samples> MakeInputs() {
+    std::vector<Samples> inputs(kInputCount);
+    unsigned state = 12345u;
+    auto noise = [&state] {
+        state = state * 1664525u + 1013904223u;
+        return static_cast<double>(state >> 8) / 16777216.0 - 0.5;
+    };
+    for (int s = 0; s < kInputCount; ++s) {
+        const double tone = 50.0 + 27.3 * s;
+        for (int n = 0; n < 256; ++n) {
+            const double t = n / static_cast<double>(kSampleRate);
+            const double v = 20000.0 + 8000.0 * std::sin(2.0 * M_PI * tone * t) +
+                             1500.0 * std::sin(4.0 * M_PI * tone * t + 0.3) + 400.0 * noise();
+            inputs[s].values[n] = static_cast<int>(std::lround(v));
+        }
+    }
+    return inputs;
+}
+
+std::vector<Samples>& Inputs() {
+    static std::vector<Samples> inputs = MakeInputs();
+    return inputs;
+}
+
+void BM_LiteralTranscription(benchmark::State& state) {
+    auto& inputs = Inputs();
+    int i = 0;
+    for (auto _ : state) {
+        int frequency = 0;
+        flicker_reference::DetectFlickerFrequence(inputs[i++ % kInputCount].values, kWindowLength, frequency,
+                                                  kSampleRate);
+        benchmark::DoNotOptimize(frequency);
+    }
+}
+
+void BM_DetectBest(benchmark::State& state) {
+    auto& inputs = Inputs();
+    int i = 0;
+    for (auto _ : state) {
+        int frequency = 0;
+        DetectFlickerFrequence(inputs[i++ % kInputCount].values, kWindowLength, frequency, kSampleRate);
+        benchmark::DoNotOptimize(frequency);
+    }
+    state.SetLabel(FlickerKernelName(FlickerKernelSelect()));
+}
+
+void BM_DetectPortable(benchmark::State& state) {
+    auto& inputs = Inputs();
+    int i = 0;
+    for (auto _ : state) {
+        int frequency = 0;
+        FlickerDetectWithKernel(FlickerKernel::kPortable, inputs[i++ % kInputCount].values, kWindowLength,
+                                frequency, kSampleRate, nullptr);
+        benchmark::DoNotOptimize(frequency);
+    }
+    state.SetLabel(FlickerKernelName(FlickerKernel::kPortable));
+}
+
+BENCHMARK(BM_LiteralTranscription)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DetectBest)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DetectPortable)->Unit(benchmark::kMicrosecond);
+
+// Console output as usual, plus the mean processor time per iteration of each
+// benchmark for the summary (steadier than wall time when other processes
+// share the machine).
+class SummaryReporter : public benchmark::ConsoleReporter {
+public:
+    // Colours only on a terminal, so that piped output stays plain text.
+    SummaryReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_ColorTabular : OO_Tabular) {}
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0) continue;
+            Sum& sum = sums_[run.run_name.function_name];
+            sum.seconds += run.cpu_accumulated_time;
+            sum.iterations += static_cast<double>(run.iterations);
+        }
+    }
+
+    // Seconds per iteration, or a negative value when the benchmark did not run.
+    double SecondsPerIteration(const std::string& name) const {
+        auto it = sums_.find(name);
+        return it == sums_.end() ? -1.0 : it->second.seconds / it->second.iterations;
+    }
+
+private:
+    struct Sum {
+        double seconds = 0.0;
+        double iterations = 0.0;
+    };
+    std::map<std::string, Sum> sums_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    SummaryReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+
+    const double literal = reporter.SecondsPerIteration("BM_LiteralTranscription");
+    const double best = reporter.SecondsPerIteration("BM_DetectBest");
+    const double portable = reporter.SecondsPerIteration("BM_DetectPortable");
+    std::cout.flush();
+    if (literal <= 0.0 || best <= 0.0 || portable <= 0.0) {
+        std::printf("flicker speedup: not measured (all three benchmarks must run)\n");
+        return 0;
+    }
+    std::printf("literal transcription: %.1f us per detection\n", literal * 1e6);
+    std::printf("detector, best kernel (%s): %.2f us per detection\n", FlickerKernelName(FlickerKernelSelect()),
+                best * 1e6);
+    std::printf("detector, portable kernel: %.2f us per detection\n", portable * 1e6);
+    std::printf("flicker speedup: %.1fx best, %.1fx portable\n", literal / best, literal / portable);
+    std::fflush(stdout);
+    return 0;
+}
