@@ -69,3 +69,16 @@ TEST_F(FactoryBackendTest, HidlVersionOneOneOperationsWithoutAnyHandle) {
 
 }  // namespace
 }  // namespace mmitest
+
+namespace mmitest {
+namespace {
+
+TEST_F(FactoryBackendTest, AidlFlickerWithoutItsHandle) {
+    ExpectOnlyError([&] { EXPECT_EQ(native_aidl::GetFlickerFrequency(mEnv, nullptr, 1), -1); },
+                    Prefixed("GetFlickerFrequency by aidl fail, g_aidlSensors is null"));
+    ExpectOnlyError([&] { EXPECT_EQ(native_aidl::GetFlickerFrequencyAndAmplitude(mEnv, nullptr, 1), nullptr); },
+                    Prefixed("GetFlickerFrequencyAndAmplitude by aidl fail, g_aidlSensors is null"));
+}
+
+}  // namespace
+}  // namespace mmitest
