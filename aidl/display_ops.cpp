@@ -5,6 +5,7 @@
 // out-values as they were preset (a fresh record: status 0 and no text; integers as stated
 // per operation).
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include "aidl_handles.h"
 #include "java_helpers.h"
@@ -25,18 +26,10 @@ constexpr int32_t CURRENT_FPS_QUERY = 0;
 // The value of an integer result that the service did not write.
 constexpr int32_t RESULT_NOT_WRITTEN = -2;
 
-// The display service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<IDisplay> Display(const char* missingLine) {
-    sp<IDisplay> display = g_aidlDisplay.get();
-    if (display == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return display;
-}
-
 }  // namespace
 
 jstring GetScreenCurrentFps(JNIEnv* env, jobject /*thiz*/) {
-    sp<IDisplay> display = Display("%s: GetScreenCurrentFps by aidl fail, g_aidlDisplay is null");
+    sp<IDisplay> display = mmi::ServiceOr(g_aidlDisplay, "%s: GetScreenCurrentFps by aidl fail, g_aidlDisplay is null");
     if (display == nullptr) return NewJavaString(env, "");
     DisplayOutInfo out;
     display->getScreenCurrentFps(CURRENT_FPS_QUERY, &out);
@@ -45,7 +38,7 @@ jstring GetScreenCurrentFps(JNIEnv* env, jobject /*thiz*/) {
 }
 
 jstring GetScreenConfig(JNIEnv* env, jobject /*thiz*/, jint station) {
-    sp<IDisplay> display = Display("%s: GetScreenConfig by aidl fail, g_aidlDisplay is null");
+    sp<IDisplay> display = mmi::ServiceOr(g_aidlDisplay, "%s: GetScreenConfig by aidl fail, g_aidlDisplay is null");
     if (display == nullptr) return NewJavaString(env, "");
     DisplayOutInfo out;
     display->getScreenConfig(station, &out);
@@ -55,7 +48,7 @@ jstring GetScreenConfig(JNIEnv* env, jobject /*thiz*/, jint station) {
 }
 
 jint SetDisplayParameter(JNIEnv* env, jobject /*thiz*/, jint scene, jint dataInt, jstring dataString) {
-    sp<IDisplay> display = Display("%s: SetDisplayParameter, g_aidlDisplay is null");
+    sp<IDisplay> display = mmi::ServiceOr(g_aidlDisplay, "%s: SetDisplayParameter, g_aidlDisplay is null");
     if (display == nullptr) return -1;
     DISPLAY_DATA data;
     {
@@ -75,7 +68,7 @@ jint SetDisplayParameter(JNIEnv* env, jobject /*thiz*/, jint scene, jint dataInt
 }
 
 jint SetBackLightBrightness(JNIEnv* /*env*/, jobject /*thiz*/, jint brightness) {
-    sp<IDisplay> display = Display("%s: SetBackLightBrightness by aidl fail, g_aidlDisplay is null");
+    sp<IDisplay> display = mmi::ServiceOr(g_aidlDisplay, "%s: SetBackLightBrightness by aidl fail, g_aidlDisplay is null");
     if (display == nullptr) return -1;
     int32_t result = RESULT_NOT_WRITTEN;
     display->setBackLightBrightness(brightness, &result);
@@ -84,7 +77,7 @@ jint SetBackLightBrightness(JNIEnv* /*env*/, jobject /*thiz*/, jint brightness) 
 }
 
 jint GetDisplayPanelType(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<IDisplay> display = Display("%s: GetDisplayPanelType by aidl fail, g_aidlDisplay is null");
+    sp<IDisplay> display = mmi::ServiceOr(g_aidlDisplay, "%s: GetDisplayPanelType by aidl fail, g_aidlDisplay is null");
     if (display == nullptr) return -1;
     int32_t panelType = -1;
     display->getDisplayPanelType(&panelType);
@@ -93,7 +86,7 @@ jint GetDisplayPanelType(JNIEnv* /*env*/, jobject /*thiz*/) {
 }
 
 jint SetDisplaySelfAdaptMinFps(JNIEnv* /*env*/, jobject /*thiz*/, jint dataInt) {
-    sp<IDisplay> display = Display("%s: SetDisplaySelfAdaptMinFps, g_aidlDisplay is null");
+    sp<IDisplay> display = mmi::ServiceOr(g_aidlDisplay, "%s: SetDisplaySelfAdaptMinFps, g_aidlDisplay is null");
     if (display == nullptr) return -1;
     int32_t result = RESULT_NOT_WRITTEN;
     display->setDisplaySelfAdaptMinFps(dataInt, &result);

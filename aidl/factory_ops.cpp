@@ -1,5 +1,7 @@
 // Factory state and identity queries over the AIDL factory interface.
+#include <factory_items.h>
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include "aidl_handles.h"
 #include "java_helpers.h"
@@ -14,19 +16,6 @@ using vendor::zentel::hardware::hwfactoryinterface::IHwFactoryInterface;
 namespace native_aidl {
 namespace {
 
-// Text items of the factory service's device information.
-constexpr int32_t DEVICE_INFO_BSN = 0;
-constexpr int32_t DEVICE_INFO_MMI_AUTO_START = 5;
-constexpr int32_t DEVICE_INFO_TEST_APK_PACKAGE = 35;
-constexpr int32_t CLEAR_ITEM_PACKAGE_NAME = 4;
-
-// The factory service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<IHwFactoryInterface> Factory(const char* missingLine) {
-    sp<IHwFactoryInterface> factory = g_aidlFactoryInterface.get();
-    if (factory == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return factory;
-}
 
 // A text item; the binder status is not looked at, so a failed call leaves (0, "").
 IFacIntStr DeviceInfo(IHwFactoryInterface& factory, int32_t item) {
@@ -38,7 +27,7 @@ IFacIntStr DeviceInfo(IHwFactoryInterface& factory, int32_t item) {
 }  // namespace
 
 jboolean IsFactoryVersion(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<IHwFactoryInterface> factory = Factory("%s: IsFactoryVersion by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: IsFactoryVersion by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return JNI_FALSE;
     bool result = false;
     factory->isFactoryVersion(&result);
@@ -48,7 +37,7 @@ jboolean IsFactoryVersion(JNIEnv* /*env*/, jobject /*thiz*/) {
 
 jstring GetManufactureFileName(JNIEnv* env, jobject /*thiz*/) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: GetManufactureFileName by aidl fail, g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetManufactureFileName by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     IFacIntStr info;
     factory->getManufactureFileName(&info);
@@ -57,24 +46,24 @@ jstring GetManufactureFileName(JNIEnv* env, jobject /*thiz*/) {
 }
 
 jstring GetBsn(JNIEnv* env, jobject /*thiz*/) {
-    sp<IHwFactoryInterface> factory = Factory("%s: GetBsn by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetBsn by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
-    IFacIntStr info = DeviceInfo(*factory, DEVICE_INFO_BSN);
+    IFacIntStr info = DeviceInfo(*factory, mmi::DEVICE_INFO_BSN);
     MMI_LOGI("%s: GetBsn by aidl, ret: %d, deviceInfo: %s", kLogPrefix, info.ret, info.value.c_str());
     return NewJavaString(env, info.value);
 }
 
 jstring GetTestApkPackageName(JNIEnv* env, jobject /*thiz*/) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: GetTestApkPackageName by aidl fail, g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetTestApkPackageName by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
-    IFacIntStr info = DeviceInfo(*factory, DEVICE_INFO_TEST_APK_PACKAGE);
+    IFacIntStr info = DeviceInfo(*factory, mmi::DEVICE_INFO_TEST_APK_PACKAGE);
     MMI_LOGI("%s: GetTestApkPackageName by aidl, ret: %d, name: %s", kLogPrefix, info.ret, info.value.c_str());
     return NewJavaString(env, info.value);
 }
 
 jint GetManufactureMode(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<IHwFactoryInterface> factory = Factory("%s: GetManufactureMode by aidl, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetManufactureMode by aidl, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     int32_t result = -1;
     factory->getManufactureMode(&result);
@@ -84,7 +73,7 @@ jint GetManufactureMode(JNIEnv* /*env*/, jobject /*thiz*/) {
 
 jint GetMmiDeviceFeaturesCheckResult(JNIEnv* /*env*/, jobject /*thiz*/, jint feature) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: GetMmiDeviceFeaturesCheckResult by aidl fail, g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetMmiDeviceFeaturesCheckResult by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     int32_t result = -1;
     factory->getMmiDeviceFeaturesCheckResult(feature, &result);
@@ -93,17 +82,17 @@ jint GetMmiDeviceFeaturesCheckResult(JNIEnv* /*env*/, jobject /*thiz*/, jint fea
 }
 
 jint ClearPackageName(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<IHwFactoryInterface> factory = Factory("%s: ClearPackageName by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: ClearPackageName by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     int32_t result = -1;
-    factory->clearDeviceInfo(CLEAR_ITEM_PACKAGE_NAME, &result);
+    factory->clearDeviceInfo(mmi::CLEAR_ITEM_PACKAGE_NAME, &result);
     MMI_LOGI("%s: ClearPackageName by aidl, result: %d", kLogPrefix, result);
     return result;
 }
 
 jint ReleaseFactoryHidlResource(JNIEnv* /*env*/, jobject /*thiz*/) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: ReleaseFactoryHidlResource by aidl fail, g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: ReleaseFactoryHidlResource by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     int32_t result = -1;
     factory->releaseFactoryResource(&result);
@@ -112,9 +101,9 @@ jint ReleaseFactoryHidlResource(JNIEnv* /*env*/, jobject /*thiz*/) {
 }
 
 jstring GetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/) {
-    sp<IHwFactoryInterface> factory = Factory("%s: GetMmiAutoStartFlag by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetMmiAutoStartFlag by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
-    IFacIntStr info = DeviceInfo(*factory, DEVICE_INFO_MMI_AUTO_START);
+    IFacIntStr info = DeviceInfo(*factory, mmi::DEVICE_INFO_MMI_AUTO_START);
     MMI_LOGI("%s: GetMmiAutoStartFlag by aidl, ret: %d, flag: %s", kLogPrefix, info.ret, info.value.c_str());
     if (info.ret != 0) {
         MMI_LOGE("%s: GetMmiAutoStartFlag by aidl failed, ret: %d", kLogPrefix, info.ret);
@@ -124,7 +113,7 @@ jstring GetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/) {
 }
 
 jint SetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/, jstring flag) {
-    sp<IHwFactoryInterface> factory = Factory("%s: SetMmiAutoStartFlag by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: SetMmiAutoStartFlag by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     mmi::JavaUtfChars chars(env, flag);
     if (chars.isNull()) {
@@ -132,7 +121,7 @@ jint SetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/, jstring flag) {
         return -1;
     }
     int32_t result = -1;
-    factory->setDeviceInfo(DEVICE_INFO_MMI_AUTO_START, chars.c_str(), &result);
+    factory->setDeviceInfo(mmi::DEVICE_INFO_MMI_AUTO_START, chars.c_str(), &result);
     MMI_LOGI("%s: SetMmiAutoStartFlag by aidl, result: %d", kLogPrefix, result);
     return result;
 }

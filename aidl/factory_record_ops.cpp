@@ -1,7 +1,10 @@
 // Station, cycle and test-result records, big-data fault reports, OEM info, signatures and
 // numbered device-info items over the AIDL factory interface.
+#include <factory_items.h>
 #include <mmi_log.h>
+#include <service_access.h>
 #include <securec.h>
+#include <test_cycle_record.h>
 
 #include <array>
 #include <cstring>
@@ -25,28 +28,12 @@ using vendor::zentel::hardware::hwfactoryinterface::IHwFactoryInterface;
 namespace native_aidl {
 namespace {
 
-// Text items of the factory service's device information.
-constexpr int32_t DEVICE_INFO_SIGNATURE = 11;
-constexpr int32_t DEVICE_INFO_NM_CARD = 14;
-constexpr int32_t DEVICE_INFO_RSA_SIGN = 44;
 
 // The station/cycle record: command 143, always declared with the buffer's full size.
 constexpr int32_t CMD_TEST_CYCLE = 143;
-constexpr size_t kQrcodeInfoSize = 64;
-constexpr size_t kQrcodeFieldWidth = 2;
-// A cycle of this value sends an empty record (the station is not written either).
-constexpr jint kCycleNotFormatted = -100;
 
 constexpr const char* kOperationClass = "com/corvex/mmitest/model/BigDataOperation";
 constexpr const char* kValueClass = "com/corvex/mmitest/model/BigDataValue";
-
-// The factory service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<IHwFactoryInterface> Factory(const char* missingLine) {
-    sp<IHwFactoryInterface> factory = g_aidlFactoryInterface.get();
-    if (factory == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return factory;
-}
 
 // A text item; the binder status is not looked at, so a failed call leaves (0, "").
 IFacIntStr DeviceInfo(IHwFactoryInterface& factory, int32_t item) {
@@ -66,7 +53,7 @@ void InitFmdMessage(FmdMsg& message, int32_t version, int32_t dataSource, FmdEve
 }  // namespace
 
 jint SetMmiTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint item, jint result) {
-    sp<IHwFactoryInterface> factory = Factory("%s: SetMmiTestResult by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: SetMmiTestResult by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     int32_t ret = -1;
     factory->setMmiTestResult(item, result, &ret);
@@ -76,7 +63,7 @@ jint SetMmiTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint item, jint result)
 
 jstring GetManufactureStationFlag(JNIEnv* env, jobject /*thiz*/, jint stationId) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: GetManufactureStationFlag by aidl fail, g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetManufactureStationFlag by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     IFacIntStr flag;
     factory->getManufactureStationFlag(stationId, &flag);
@@ -87,28 +74,23 @@ jstring GetManufactureStationFlag(JNIEnv* env, jobject /*thiz*/, jint stationId)
 
 jint SetTestCycle(JNIEnv* /*env*/, jobject /*thiz*/, jint stationId, jint cycle) {
     MMI_LOGI("%s: SetTestCycle by aidl, stationID: %d, cycle: %d", kLogPrefix, stationId, cycle);
-    sp<IHwFactoryInterface> factory = Factory("%s: SetTestCycle by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: SetTestCycle by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
 
-    std::array<char, kQrcodeInfoSize> qrcodeInfo;
-    const errno_t cleared = memset_s(qrcodeInfo.data(), qrcodeInfo.size(), 0, qrcodeInfo.size());
+    mmi::TestCycleRecord qrcodeInfo;
+    const errno_t cleared = mmi::FormatTestCycleRecord(stationId, cycle, qrcodeInfo);
     if (cleared != EOK) {
         MMI_LOGE("%s: SetTestCycle by aidl, memset_s error, ret =0x%x", kLogPrefix, static_cast<unsigned>(cleared));
         return -1;
     }
-    if (cycle != kCycleNotFormatted) {
-        // Two characters per field; wider values are cut to their first two characters
-        // (the count-limited formatter reports the cut, which is expected here).
-        snprintf_s(qrcodeInfo.data(), qrcodeInfo.size(), kQrcodeFieldWidth, "%02d", stationId);
-        snprintf_s(qrcodeInfo.data() + kQrcodeFieldWidth, qrcodeInfo.size() - kQrcodeFieldWidth, kQrcodeFieldWidth,
-                   "%02d", cycle);
+    if (cycle != mmi::kTestCycleNotFormatted) {
         MMI_LOGI("%s: SetTestCycle by aidl, qrcodeInfo: %s", kLogPrefix, qrcodeInfo.data());
     }
-    const size_t length = strnlen(qrcodeInfo.data(), qrcodeInfo.size());
+    const size_t length = mmi::TestCycleRecordLength(qrcodeInfo);
     const std::vector<uint8_t> payload(qrcodeInfo.begin(), qrcodeInfo.begin() + length);
 
     int32_t result = -1;
-    factory->setCommandData(CMD_TEST_CYCLE, static_cast<int32_t>(kQrcodeInfoSize), payload, &result);
+    factory->setCommandData(CMD_TEST_CYCLE, static_cast<int32_t>(mmi::kTestCycleRecordSize), payload, &result);
     MMI_LOGI("%s: SetTestCycle by aidl, result: %d", kLogPrefix, result);
     return result;
 }
@@ -128,15 +110,15 @@ jint SetNmCardTestMode(JNIEnv* env, jobject /*thiz*/, jstring mode) {
         return -1;
     }
     int32_t ret = -1;
-    factory->setDeviceInfo(DEVICE_INFO_NM_CARD, chars.c_str(), &ret);
+    factory->setDeviceInfo(mmi::DEVICE_INFO_NM_CARD, chars.c_str(), &ret);
     MMI_LOGI("%s: SetNmCardTestMode by aidl, ret: %d", kLogPrefix, ret);
     return ret;
 }
 
 jstring GetNmCardTestResult(JNIEnv* env, jobject /*thiz*/) {
-    sp<IHwFactoryInterface> factory = Factory("%s: GetNmCardTestResult by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetNmCardTestResult by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
-    IFacIntStr info = DeviceInfo(*factory, DEVICE_INFO_NM_CARD);
+    IFacIntStr info = DeviceInfo(*factory, mmi::DEVICE_INFO_NM_CARD);
     MMI_LOGI("%s: GetNmCardTestResult by aidl, ret: %d, testResultArray = %s", kLogPrefix, info.ret,
              info.value.c_str());
     return NewJavaString(env, info.value);
@@ -144,7 +126,7 @@ jstring GetNmCardTestResult(JNIEnv* env, jobject /*thiz*/) {
 
 jint SendBigDataOperation(JNIEnv* env, jobject /*thiz*/, jobject operation) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: SendBigDataOperation by aidl fail, env or g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: SendBigDataOperation by aidl fail, env or g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
 
     const int version = GetIntFromObject(env, operation, kOperationClass, "mVersion");
@@ -172,7 +154,7 @@ jint SendBigDataOperation(JNIEnv* env, jobject /*thiz*/, jobject operation) {
 
 jint SendBigDataValue(JNIEnv* env, jobject /*thiz*/, jobject value) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: SendBigDataValue by aidl fail, env or g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: SendBigDataValue by aidl fail, env or g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
 
     const int version = GetIntFromObject(env, value, kValueClass, "mVersion");
@@ -210,7 +192,7 @@ jint SendBigDataValue(JNIEnv* env, jobject /*thiz*/, jobject value) {
 }
 
 jstring GetOeminfo(JNIEnv* env, jobject /*thiz*/, jint type, jint offset, jint length) {
-    sp<IHwFactoryInterface> factory = Factory("%s: GetOeminfo by aidl fail, g_aidlFactoryInterface is null");
+    sp<IHwFactoryInterface> factory = mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetOeminfo by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     IFacIntByte record;
     factory->getOeminfo(type, offset, length, &record);
@@ -226,7 +208,7 @@ jstring GetOeminfo(JNIEnv* env, jobject /*thiz*/, jint type, jint offset, jint l
 
 jint GetVerifySignatureResult(JNIEnv* env, jobject /*thiz*/, jbyteArray signature) {
     sp<IHwFactoryInterface> factory =
-            Factory("%s: GetVerifySignatureResult by aidl fail, g_aidlFactoryInterface is null");
+            mmi::ServiceOr(g_aidlFactoryInterface, "%s: GetVerifySignatureResult by aidl fail, g_aidlFactoryInterface is null");
     if (factory == nullptr) return -1;
     const mmi::JavaBytes bytes = mmi::ReadJavaBytes(env, signature);
     if (bytes.isNull) {
@@ -243,7 +225,7 @@ jint GetVerifySignatureResult(JNIEnv* env, jobject /*thiz*/, jbyteArray signatur
         return -1;
     }
     int32_t ret = -1;
-    factory->setDeviceInfo(DEVICE_INFO_SIGNATURE, std::string(hex.data(), hex.size()), &ret);
+    factory->setDeviceInfo(mmi::DEVICE_INFO_SIGNATURE, std::string(hex.data(), hex.size()), &ret);
     MMI_LOGI("%s: GetVerifySignatureResult by aidl, ret: %d", kLogPrefix, ret);
     return ret;
 }
@@ -254,7 +236,7 @@ jstring GetRsaSignInfo(JNIEnv* env, jobject /*thiz*/) {
         MMI_LOGE("GetRsaSignInfo by aidl, g_aidlFactoryInterface is null");
         return NewJavaString(env, "");
     }
-    IFacIntStr info = DeviceInfo(*factory, DEVICE_INFO_RSA_SIGN);
+    IFacIntStr info = DeviceInfo(*factory, mmi::DEVICE_INFO_RSA_SIGN);
     // The RSA signing information shares the device-info result line.
     MMI_LOGI("GetDeviceInfo by aidl, ret = %d, info: %s", info.ret, info.value.c_str());
     return NewJavaString(env, info.value);

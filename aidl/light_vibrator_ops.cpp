@@ -2,6 +2,7 @@
 // vibrator extension (AIDL only). Vibrator commands and results travel as UTF-16 texts.
 // Binder statuses are not looked at: a failed call leaves the presets.
 #include <mmi_log.h>
+#include <service_access.h>
 #include <utils/String16.h>
 #include <utils/String8.h>
 
@@ -19,14 +20,6 @@ using vendor::zentel::hardware::vibrator::ICustVibrator;
 namespace native_aidl {
 namespace {
 
-// The vibrator extension, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<ICustVibrator> Vibrator(const char* missingLine) {
-    sp<ICustVibrator> vibrator = g_aidlVibrator.get();
-    if (vibrator == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return vibrator;
-}
-
 }  // namespace
 
 jint SetLightBrightness(JNIEnv* /*env*/, jobject /*thiz*/, jint id, jint brightness) {
@@ -42,7 +35,7 @@ jint SetLightBrightness(JNIEnv* /*env*/, jobject /*thiz*/, jint id, jint brightn
 }
 
 void SetVibratorPar(JNIEnv* env, jobject /*thiz*/, jstring command) {
-    sp<ICustVibrator> vibrator = Vibrator("%s: SetVibratorPar by aidl fail, g_aidlVibrator is null");
+    sp<ICustVibrator> vibrator = mmi::ServiceOr(g_aidlVibrator, "%s: SetVibratorPar by aidl fail, g_aidlVibrator is null");
     if (vibrator == nullptr) return;
     mmi::JavaUtfChars commandChars(env, command);
     if (commandChars.isNull()) {
@@ -60,7 +53,7 @@ void SetVibratorPar(JNIEnv* env, jobject /*thiz*/, jstring command) {
 }
 
 jstring GetVibratorResult(JNIEnv* env, jobject /*thiz*/, jstring command) {
-    sp<ICustVibrator> vibrator = Vibrator("%s: GetVibratorResult by aidl fail, g_aidlVibrator is null");
+    sp<ICustVibrator> vibrator = mmi::ServiceOr(g_aidlVibrator, "%s: GetVibratorResult by aidl fail, g_aidlVibrator is null");
     if (vibrator == nullptr) return mmi::NewJavaString(env, "");
     mmi::JavaUtfChars commandChars(env, command);
     if (commandChars.isNull()) {

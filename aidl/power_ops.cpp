@@ -2,6 +2,7 @@
 // carries the caller tag of this library first. Binder statuses are not looked at: a
 // failed call leaves the presets.
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include <string>
 
@@ -21,14 +22,6 @@ namespace {
 // The tag the power service knows this caller by (the same text as the log prefix).
 constexpr const char* kCallerTag = "ZtMmiTest_jni";
 
-// The power service, or null after writing the operation's missing-service line (a format
-// that takes the log prefix).
-sp<IHWPower> Power(const char* missingLine) {
-    sp<IHWPower> power = g_aidlPower.get();
-    if (power == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return power;
-}
-
 // The parameter text of a USB speed check: "testTimes=<count>,maxLimit=<max>,minLimit=<min>".
 // This library always sends the three values empty.
 std::string UsbSpeedParameter(const std::string& testTimes, const std::string& maxLimit, const std::string& minLimit) {
@@ -38,7 +31,7 @@ std::string UsbSpeedParameter(const std::string& testTimes, const std::string& m
 }  // namespace
 
 jint SetPowerState(JNIEnv* env, jobject /*thiz*/, jstring testScene, jstring para) {
-    sp<IHWPower> power = Power("%s: SetPowerState by aidl fail, g_aidlPower is null");
+    sp<IHWPower> power = mmi::ServiceOr(g_aidlPower, "%s: SetPowerState by aidl fail, g_aidlPower is null");
     if (power == nullptr) return -1;
     mmi::JavaUtfChars sceneChars(env, testScene);
     if (sceneChars.isNull()) {
@@ -58,7 +51,7 @@ jint SetPowerState(JNIEnv* env, jobject /*thiz*/, jstring testScene, jstring par
 }
 
 jstring GetPowerState(JNIEnv* env, jobject /*thiz*/, jstring key) {
-    sp<IHWPower> power = Power("%s: GetPowerState by aidl fail, g_aidlPower is null");
+    sp<IHWPower> power = mmi::ServiceOr(g_aidlPower, "%s: GetPowerState by aidl fail, g_aidlPower is null");
     if (power == nullptr) return NewJavaString(env, "");
     mmi::JavaUtfChars keyChars(env, key);
     if (keyChars.isNull()) {
@@ -80,7 +73,7 @@ jstring GetPowerState(JNIEnv* env, jobject /*thiz*/, jstring key) {
 // The AIDL power service has no USB operation of its own: the check is a power-state
 // request for the scene with the USB speed parameter text.
 jint CheckUsbSpeed(JNIEnv* env, jobject /*thiz*/, jstring scene) {
-    sp<IHWPower> power = Power("%s: CheckUsbSpeed by aidl fail, g_aidlPower is null");
+    sp<IHWPower> power = mmi::ServiceOr(g_aidlPower, "%s: CheckUsbSpeed by aidl fail, g_aidlPower is null");
     if (power == nullptr) return -1;
     mmi::JavaUtfChars sceneChars(env, scene);
     if (sceneChars.isNull()) {

@@ -3,6 +3,7 @@
 // back through an out value preset before the call; the binder status is not looked at, so
 // a failed transaction answers with the preset.
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include <vector>
 
@@ -27,14 +28,6 @@ constexpr int32_t CALIBRATE_TYPE_SIZE = 1024;
 constexpr size_t AMBIENT_LIGHT_REPLY_INTS = 4096;
 constexpr size_t PARAMETER_REPLY_INTS = 64;
 
-// The sensor service, or null after writing the operation's missing-service line (a format
-// that takes the log prefix).
-sp<ISensors> Sensors(const char* missingLine) {
-    sp<ISensors> sensors = g_aidlSensors.get();
-    if (sensors == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return sensors;
-}
-
 struct ParameterReply {
     int32_t ret = -1;
     ZtSensorString para;
@@ -53,7 +46,7 @@ ParameterReply ProcessSensorParameter(ISensors& sensors, jint sensorId, jint mai
 }  // namespace
 
 jint StartSensorCalibrate(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId, jint command) {
-    sp<ISensors> sensors = Sensors("%s: StartSensorCalibrate by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: StartSensorCalibrate by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t result = -1;
     sensors->startCalibrate(sensorId, command, &result);
@@ -63,7 +56,7 @@ jint StartSensorCalibrate(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId, jint
 }
 
 jint StartSensorSelfTest(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId, jint command) {
-    sp<ISensors> sensors = Sensors("%s: StartSensorSelfTest by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: StartSensorSelfTest by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t result = -1;
     sensors->startSelfTest(sensorId, command, &result);
@@ -73,7 +66,7 @@ jint StartSensorSelfTest(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId, jint 
 }
 
 jint GetSensorCalibrateDelayTime(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId) {
-    sp<ISensors> sensors = Sensors("%s: GetSensorCalibrateDelayTime by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetSensorCalibrateDelayTime by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t delayTime = -1;
     sensors->getCalibrateDelayTime(sensorId, &delayTime);
@@ -83,7 +76,7 @@ jint GetSensorCalibrateDelayTime(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorI
 }
 
 jint GetSensorSelfTestDelayTime(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId) {
-    sp<ISensors> sensors = Sensors("%s: GetSensorSelfTestDelayTime by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetSensorSelfTestDelayTime by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t delayTime = -1;
     sensors->getSelfTestDelayTime(sensorId, &delayTime);
@@ -93,7 +86,7 @@ jint GetSensorSelfTestDelayTime(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId
 }
 
 jint GetSensorCalibrateResult(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId) {
-    sp<ISensors> sensors = Sensors("%s: GetSensorCalibrateResult by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetSensorCalibrateResult by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t result = -1;
     sensors->getCalibrateResult(sensorId, &result);
@@ -103,7 +96,7 @@ jint GetSensorCalibrateResult(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId) 
 }
 
 jint GetSensorSelfTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId) {
-    sp<ISensors> sensors = Sensors("%s: GetSensorSelfTestResult by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetSensorSelfTestResult by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t result = -1;
     sensors->getSelfTestResult(sensorId, &result);
@@ -113,7 +106,7 @@ jint GetSensorSelfTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId) {
 }
 
 jstring GetSensorCalibrateType(JNIEnv* env, jobject /*thiz*/, jint sensorId) {
-    sp<ISensors> sensors = Sensors("%s: GetSensorCalibrateType by aidl fail, g_aidlSensors are null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetSensorCalibrateType by aidl fail, g_aidlSensors are null");
     if (sensors == nullptr) return NewJavaString(env, "");
     int32_t resultCode = -1;
     ZtSensorString calibType;
@@ -125,7 +118,7 @@ jstring GetSensorCalibrateType(JNIEnv* env, jobject /*thiz*/, jint sensorId) {
 }
 
 jint GetCompassRawValueLimit(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<ISensors> sensors = Sensors("%s: GetCompassRawValueLimit by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetCompassRawValueLimit by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     int32_t value = -1;
     sensors->getCompassRawValueLimit(&value);
@@ -134,7 +127,7 @@ jint GetCompassRawValueLimit(JNIEnv* /*env*/, jobject /*thiz*/) {
 }
 
 jboolean SensorActivate(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorType, jboolean enable, jint samplingRate) {
-    sp<ISensors> sensors = Sensors("%s: SensorActivate by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: SensorActivate by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return JNI_FALSE;
     int32_t result = -1;
     // Any non-zero byte switches the sensor on; the rate keeps its sign when widened.
@@ -145,7 +138,7 @@ jboolean SensorActivate(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorType, jboo
 }
 
 jstring HandleSensorParameter(JNIEnv* env, jobject /*thiz*/, jint sensorId, jint mainCmd, jint subCmd, jint length) {
-    sp<ISensors> sensors = Sensors("%s: HandleSensorParameter by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: HandleSensorParameter by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return NewJavaString(env, "");
     const ParameterReply reply =
             ProcessSensorParameter(*sensors, sensorId, mainCmd, subCmd, length, PARAMETER_REPLY_INTS);
@@ -158,7 +151,7 @@ jstring HandleSensorParameter(JNIEnv* env, jobject /*thiz*/, jint sensorId, jint
 jintArray GetAmbientLightParameter(JNIEnv* env, jobject /*thiz*/, jint sensorId, jint mainCmd, jint subCmd,
                                    jint length) {
     MMI_LOGI("%s: GetAmbientLightParameter by aidl, length: %d", kLogPrefix, length);
-    sp<ISensors> sensors = Sensors("%s: GetAmbientLightParameter by aidl fail, ");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetAmbientLightParameter by aidl fail, ");
     if (sensors == nullptr) return nullptr;
     const ParameterReply reply =
             ProcessSensorParameter(*sensors, sensorId, mainCmd, subCmd, length, AMBIENT_LIGHT_REPLY_INTS);
@@ -174,7 +167,7 @@ jintArray GetAmbientLightParameter(JNIEnv* env, jobject /*thiz*/, jint sensorId,
 jint SetAmbientLightParameter(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId, jint mainCmd, jint subCmd,
                               jint length) {
     MMI_LOGI("%s: SetAmbientLightParameter by aidl, length: %d", kLogPrefix, length);
-    sp<ISensors> sensors = Sensors("%s: SetAmbientLightParameter by aidl fail, g_aidlSensors is null");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: SetAmbientLightParameter by aidl fail, g_aidlSensors is null");
     if (sensors == nullptr) return -1;
     const ParameterReply reply =
             ProcessSensorParameter(*sensors, sensorId, mainCmd, subCmd, length, PARAMETER_REPLY_INTS);
@@ -184,7 +177,7 @@ jint SetAmbientLightParameter(JNIEnv* /*env*/, jobject /*thiz*/, jint sensorId, 
 }
 
 jintArray GetColorSensorValues(JNIEnv* env, jobject /*thiz*/, jint sensorId) {
-    sp<ISensors> sensors = Sensors("%s: GetColorSensorValues by aidl fail, g_aidlSensors is null.");
+    sp<ISensors> sensors = mmi::ServiceOr(g_aidlSensors, "%s: GetColorSensorValues by aidl fail, g_aidlSensors is null.");
     if (sensors == nullptr) return NewJavaIntArray(env, nullptr, 0);
     std::vector<int32_t> data;
     int32_t ret = -1;

@@ -2,6 +2,7 @@
 // rotary-crown self test and feature configuration. Binder statuses are not looked at: a
 // failed call leaves the fresh result record (status 0, empty text) or the preset.
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include "aidl_handles.h"
 #include "java_helpers.h"
@@ -18,14 +19,6 @@ namespace {
 
 constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
 constexpr const char* kFailInfoField = "sTpCapacitanceFailInfo";
-
-// The touch-screen service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<ITouchscreen> TouchScreen(const char* missingLine) {
-    sp<ITouchscreen> touch = g_aidlTouchScreen.get();
-    if (touch == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return touch;
-}
 
 // Hands the capacitance test's text to the Java side through the static String field
 // MmiNativeManager.sTpCapacitanceFailInfo. A lookup that fails is logged and its exception
@@ -54,7 +47,7 @@ void StoreCapacitanceFailInfo(JNIEnv* env, const std::string& info) {
 }  // namespace
 
 jint GetCapacitanceTestResult(JNIEnv* env, jobject /*thiz*/, jint /*unused*/) {
-    sp<ITouchscreen> touch = TouchScreen("%s: GetCapacitanceTestResult by aidl fail, g_aidlTouchScreen is null");
+    sp<ITouchscreen> touch = mmi::ServiceOr(g_aidlTouchScreen, "%s: GetCapacitanceTestResult by aidl fail, g_aidlTouchScreen is null");
     if (touch == nullptr) return -1;
     ITPIntString result;
     touch->getCapacitanceTestResult(&result);
@@ -66,7 +59,7 @@ jint GetCapacitanceTestResult(JNIEnv* env, jobject /*thiz*/, jint /*unused*/) {
 
 jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint value) {
     sp<ITouchscreen> touch =
-            TouchScreen("%s: GetCapacitanceCalibrateResult by aidl fail, g_aidlTouchScreen is null");
+            mmi::ServiceOr(g_aidlTouchScreen, "%s: GetCapacitanceCalibrateResult by aidl fail, g_aidlTouchScreen is null");
     if (touch == nullptr) return NewJavaString(env, "");
     ITPIntString result;
     touch->getCapacitanceCalibrateResult(value, &result);
@@ -80,7 +73,7 @@ jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint value)
 }
 
 jint SetTouchScreenFeatureConfig(JNIEnv* env, jobject /*thiz*/, jint feature, jstring config) {
-    sp<ITouchscreen> touch = TouchScreen("%s: SetTouchScreenFeatureConfig by aidl fail, g_aidlTouchScreen is null");
+    sp<ITouchscreen> touch = mmi::ServiceOr(g_aidlTouchScreen, "%s: SetTouchScreenFeatureConfig by aidl fail, g_aidlTouchScreen is null");
     if (touch == nullptr) return -1;
     mmi::JavaUtfChars configChars(env, config);
     if (configChars.isNull()) {
@@ -95,7 +88,7 @@ jint SetTouchScreenFeatureConfig(JNIEnv* env, jobject /*thiz*/, jint feature, js
 }
 
 jstring GetRotateCrownTestResult(JNIEnv* env, jobject /*thiz*/) {
-    sp<ITouchscreen> touch = TouchScreen("%s: GetRotateCrownTestResult by aidl fail, g_aidlTouchScreen is null");
+    sp<ITouchscreen> touch = mmi::ServiceOr(g_aidlTouchScreen, "%s: GetRotateCrownTestResult by aidl fail, g_aidlTouchScreen is null");
     if (touch == nullptr) return NewJavaString(env, "");
     ITPIntString result;
     touch->getRotateCrownTestResult(&result);

@@ -3,6 +3,7 @@
 // method MmiNativeManager.RegisterSuccess. Binder statuses are not looked at: only the
 // answers decide, and a failed call leaves the presets.
 #include <mmi_log.h>
+#include <service_access.h>
 #include <utils/String16.h>
 
 #include <mutex>
@@ -108,18 +109,10 @@ std::vector<GetCapabilitiesResult> Capabilities(IVAELONService& vaelon) {
     return capabilities;
 }
 
-// The camera service, or null after writing the operation's missing-service line (a format
-// that takes the log prefix).
-sp<IVAELONService> Vaelon(const char* missingLine) {
-    sp<IVAELONService> vaelon = g_aidlVaelon.get();
-    if (vaelon == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return vaelon;
-}
-
 }  // namespace
 
 jintArray GetCapabilities(JNIEnv* env, jobject /*thiz*/) {
-    sp<IVAELONService> vaelon = Vaelon("%s: GetCapabilities by aidl fail, g_aidlVaelon is null");
+    sp<IVAELONService> vaelon = mmi::ServiceOr(g_aidlVaelon, "%s: GetCapabilities by aidl fail, g_aidlVaelon is null");
     if (vaelon == nullptr) return nullptr;
     const std::vector<GetCapabilitiesResult> capabilities = Capabilities(*vaelon);
     if (capabilities.empty()) {
@@ -134,7 +127,7 @@ jintArray GetCapabilities(JNIEnv* env, jobject /*thiz*/) {
 }
 
 jint GetVaelonOvertime(JNIEnv* /*env*/, jobject /*thiz*/, jint serviceType) {
-    sp<IVAELONService> vaelon = Vaelon("%s: GetVaelonOvertime by aidl fail, g_aidlVaelon is null");
+    sp<IVAELONService> vaelon = mmi::ServiceOr(g_aidlVaelon, "%s: GetVaelonOvertime by aidl fail, g_aidlVaelon is null");
     if (vaelon == nullptr) return -1;
     const std::vector<GetCapabilitiesResult> capabilities = Capabilities(*vaelon);
     if (capabilities.empty()) {
@@ -153,7 +146,7 @@ jint GetVaelonOvertime(JNIEnv* /*env*/, jobject /*thiz*/, jint serviceType) {
 }
 
 jint RegisterClient(JNIEnv* env, jobject /*thiz*/, jint serviceType) {
-    sp<IVAELONService> vaelon = Vaelon("%s: RegisterClient by aidl fail, g_aidlVaelon is null");
+    sp<IVAELONService> vaelon = mmi::ServiceOr(g_aidlVaelon, "%s: RegisterClient by aidl fail, g_aidlVaelon is null");
     if (vaelon == nullptr) return -1;
     // Ready before the service hears of the client, so that its first event finds the way.
     PrepareJavaCallbackTarget(env);
@@ -173,7 +166,7 @@ jint RegisterClient(JNIEnv* env, jobject /*thiz*/, jint serviceType) {
 }
 
 jint UnregisterClient(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<IVAELONService> vaelon = Vaelon("%s: UnregisterClient by aidl fail, g_aidlVaelon is null");
+    sp<IVAELONService> vaelon = mmi::ServiceOr(g_aidlVaelon, "%s: UnregisterClient by aidl fail, g_aidlVaelon is null");
     if (vaelon == nullptr) return -1;
     if (g_aidlVaelonNotifier.take() != nullptr) {
         MMI_LOGI("%s: UnregisterClient by aidl, clear g_aidlVaelonNotifier", kLogPrefix);

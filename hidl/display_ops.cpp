@@ -4,6 +4,7 @@
 // parameters) cast it for the length of one call, and a service of an older version makes
 // them fail. The backlight has no HIDL display operation: it is the light service's.
 #include <mmi_log.h>
+#include <service_access.h>
 #include <vendor/zentel/hardware/hwdisplay/1.1/IDisplay.h>
 #include <vendor/zentel/hardware/hwdisplay/1.4/IDisplay.h>
 #include <vendor/zentel/hardware/hwdisplay/1.5/IDisplay.h>
@@ -36,18 +37,11 @@ constexpr int32_t RESULT_NOT_WRITTEN = -2;
 constexpr DISPLAY_RET STATUS_NOT_WRITTEN = static_cast<DISPLAY_RET>(RESULT_NOT_WRITTEN);
 constexpr PANEL_TYPE PANEL_TYPE_NOT_WRITTEN = static_cast<PANEL_TYPE>(0);
 
-// The 1.0 display service, or null after writing the operation's missing-service line.
-sp<DisplayV1_0> Display(const char* missingLine) {
-    sp<DisplayV1_0> display = g_hwDisplay.get();
-    if (display == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return display;
-}
-
 // The display service cast to a newer minor version for one call, or null after writing
 // the operation's line for a missing service or for a service of an older version.
 template <typename Newer>
 sp<Newer> NewerDisplay(const char* missingLine, const char* olderVersionLine) {
-    sp<DisplayV1_0> display = Display(missingLine);
+    sp<DisplayV1_0> display = mmi::ServiceOr(g_hwDisplay, missingLine);
     if (display == nullptr) return nullptr;
     sp<Newer> hwDisplayNew = CastTo<Newer>(display);
     if (hwDisplayNew == nullptr) MMI_LOGE(olderVersionLine, kLogPrefix);
@@ -55,12 +49,12 @@ sp<Newer> NewerDisplay(const char* missingLine, const char* olderVersionLine) {
 }
 
 // A (status, text) answer, copied out of the service's callback.
-struct TextResult {
+struct DisplayTextResult {
     DISPLAY_RET ret = STATUS_NOT_WRITTEN;
     std::string text;
 };
 
-DisplayV1_1::text_cb Into(TextResult& result) {
+DisplayV1_1::text_cb IntoDisplay(DisplayTextResult& result) {
     return [&result](DISPLAY_RET ret, const hidl_string& text) {
         result.ret = ret;
         result.text = text;
@@ -76,8 +70,8 @@ jstring GetScreenCurrentFps(JNIEnv* env, jobject /*thiz*/) {
             NewerDisplay<DisplayV1_1>("%s: GetScreenCurrentFps by hidl fail, g_hwDisplay is null",
                                       "%s: GetScreenCurrentFps by hidl fail, hwDisplayNew is null, not support multi fps");
     if (hwDisplayNew == nullptr) return NewJavaString(env, "");
-    TextResult result;
-    Finish(hwDisplayNew->getScreenCurrentFps(CURRENT_FPS_QUERY, Into(result)));
+    DisplayTextResult result;
+    Finish(hwDisplayNew->getScreenCurrentFps(CURRENT_FPS_QUERY, IntoDisplay(result)));
     MMI_LOGI("%s: GetScreenCurrentFps by hidl, ret: %d, screenConfig: %s", kLogPrefix, Number(result.ret),
              result.text.c_str());
     return NewJavaString(env, result.text);
@@ -89,9 +83,9 @@ jstring GetScreenConfig(JNIEnv* env, jobject /*thiz*/, jint station) {
                                       "%s: GetScreenConfig by hidl fail, hwDisplayNew is null, not support multi fps");
     if (hwDisplayNew == nullptr) return NewJavaString(env, "");
     // The station call's status stands until the configuration answer replaces it.
-    TextResult result;
+    DisplayTextResult result;
     result.ret = ValueOr(hwDisplayNew->selectScreenConfigStation(station), STATUS_NOT_WRITTEN);
-    Finish(hwDisplayNew->getScreenConfig(Into(result)));
+    Finish(hwDisplayNew->getScreenConfig(IntoDisplay(result)));
     MMI_LOGI("%s: GetScreenConfig by hidl, station: %d, ret: %d, screenConfig: %s", kLogPrefix, station,
              Number(result.ret), result.text.c_str());
     return NewJavaString(env, result.text);
@@ -111,15 +105,15 @@ jint SetDisplayParameter(JNIEnv* env, jobject /*thiz*/, jint scene, jint dataInt
         data.dataInt = dataInt;
         data.dataString = chars.c_str();
     }
-    TextResult result;
-    Finish(hwDisplayNew->setDisplayParameter(scene, data, Into(result)));
+    DisplayTextResult result;
+    Finish(hwDisplayNew->setDisplayParameter(scene, data, IntoDisplay(result)));
     MMI_LOGI("%s: SetDisplayParameter scence: %d, dataInt: %d, dataString: %s, ret: %d, result info: %s", kLogPrefix,
              scene, dataInt, data.dataString.c_str(), Number(result.ret), result.text.c_str());
     return result.ret == DISPLAY_RET::SUCCESS ? 0 : -1;
 }
 
 jint GetDisplayPanelType(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<DisplayV1_0> display = Display("%s: GetDisplayPanelType by hidl fail, g_hwDisplay is null");
+    sp<DisplayV1_0> display = mmi::ServiceOr(g_hwDisplay, "%s: GetDisplayPanelType by hidl fail, g_hwDisplay is null");
     if (display == nullptr) return -1;
     DISPLAY_RET ret = STATUS_NOT_WRITTEN;
     PANEL_TYPE panelType = PANEL_TYPE_NOT_WRITTEN;

@@ -1,6 +1,8 @@
 // Factory state and identity queries over the HIDL factory interface (1.0, with 1.1 cast
 // per call for the operations only 1.1 offers).
+#include <factory_items.h>
 #include <mmi_log.h>
+#include <service_access.h>
 #include <vendor/zentel/hardware/hwfactoryinterface/1.1/IHwFactoryInterface.h>
 
 #include "hidl_handles.h"
@@ -18,36 +20,11 @@ namespace {
 using FactoryV1_0 = hw::hwfactoryinterface::V1_0::IHwFactoryInterface;
 using FactoryV1_1 = hw::hwfactoryinterface::V1_1::IHwFactoryInterface;
 
-constexpr int32_t DEVICE_INFO_BSN = 0;
-constexpr int32_t DEVICE_INFO_MMI_AUTO_START = 5;
-constexpr int32_t DEVICE_INFO_TEST_APK_PACKAGE = 35;
-constexpr int32_t CLEAR_ITEM_PACKAGE_NAME = 4;
-
-// The factory service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<FactoryV1_0> Factory(const char* missingLine) {
-    sp<FactoryV1_0> factory = g_hwFactoryInterface.get();
-    if (factory == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return factory;
-}
-
-struct TextResult {
-    int32_t ret = -1;
-    std::string text;
-};
-
-// Copies a (status, text) callback answer into the caller's result.
-FactoryV1_0::text_cb Into(TextResult& result) {
-    return [&result](int32_t ret, const hidl_string& text) {
-        result.ret = ret;
-        result.text = text;
-    };
-}
 
 }  // namespace
 
 jboolean IsFactoryVersion(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: IsFactoryVersion by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: IsFactoryVersion by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return JNI_FALSE;
     const bool result = ValueOr(factory->isFactoryVersion(), false);
     MMI_LOGI("%s: IsFactoryVersion by hidl: %d", kLogPrefix, result);
@@ -55,7 +32,7 @@ jboolean IsFactoryVersion(JNIEnv* /*env*/, jobject /*thiz*/) {
 }
 
 jstring GetManufactureFileName(JNIEnv* env, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: GetManufactureFileName by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetManufactureFileName by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     TextResult result;
     Finish(factory->getManufactureFileName(Into(result)));
@@ -64,19 +41,19 @@ jstring GetManufactureFileName(JNIEnv* env, jobject /*thiz*/) {
 }
 
 jstring GetBsn(JNIEnv* env, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: GetBsn by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetBsn by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     TextResult result;
-    Finish(factory->getDeviceInfo(DEVICE_INFO_BSN, Into(result)));
+    Finish(factory->getDeviceInfo(mmi::DEVICE_INFO_BSN, Into(result)));
     MMI_LOGI("%s: GetBsn by hidl, ret: %d", kLogPrefix, result.ret);
     return NewJavaString(env, result.text);
 }
 
 jstring GetTestApkPackageName(JNIEnv* env, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: GetTestApkPackageName by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetTestApkPackageName by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     TextResult result;
-    Finish(factory->getDeviceInfo(DEVICE_INFO_TEST_APK_PACKAGE, Into(result)));
+    Finish(factory->getDeviceInfo(mmi::DEVICE_INFO_TEST_APK_PACKAGE, Into(result)));
     MMI_LOGI("%s: GetTestApkPackageName by hidl, ret: %d", kLogPrefix, result.ret);
     return NewJavaString(env, result.text);
 }
@@ -94,7 +71,7 @@ jint GetManufactureMode(JNIEnv* /*env*/, jobject /*thiz*/) {
 
 jint GetMmiDeviceFeaturesCheckResult(JNIEnv* /*env*/, jobject /*thiz*/, jint feature) {
     sp<FactoryV1_0> factory =
-            Factory("%s: GetMmiDeviceFeaturesCheckResult by hidl fail, g_hwFactoryInterface is null");
+            mmi::ServiceOr(g_hwFactoryInterface, "%s: GetMmiDeviceFeaturesCheckResult by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return -1;
     const int32_t result = ValueOr(factory->getMmiDeviceFeaturesCheckResult(feature), -1);
     MMI_LOGI("%s: GetMmiDeviceFeaturesCheckResult by hidl, result: %d", kLogPrefix, result);
@@ -102,20 +79,20 @@ jint GetMmiDeviceFeaturesCheckResult(JNIEnv* /*env*/, jobject /*thiz*/, jint fea
 }
 
 jint ClearPackageName(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: ClearPackageName by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: ClearPackageName by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return -1;
     sp<FactoryV1_1> hwFactoryNew = CastTo<FactoryV1_1>(factory);
     if (hwFactoryNew == nullptr) {
         MMI_LOGE("ClearPackageName by hidl, hwFactoryNew is null, HwFactoryV11 not support!");
         return -1;
     }
-    const int32_t result = ValueOr(hwFactoryNew->clearDeviceInfo(CLEAR_ITEM_PACKAGE_NAME), -1);
+    const int32_t result = ValueOr(hwFactoryNew->clearDeviceInfo(mmi::CLEAR_ITEM_PACKAGE_NAME), -1);
     MMI_LOGI("%s: ClearPackageName by hidl, result: %d", kLogPrefix, result);
     return result;
 }
 
 jint ReleaseFactoryHidlResource(JNIEnv* /*env*/, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: ReleaseFactoryHidlResource by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: ReleaseFactoryHidlResource by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return -1;
     const int32_t result = ValueOr(factory->releaseFactoryResource(), -1);
     MMI_LOGI("%s: ReleaseFactoryHidlResource by hidl, result: %d", kLogPrefix, result);
@@ -123,11 +100,11 @@ jint ReleaseFactoryHidlResource(JNIEnv* /*env*/, jobject /*thiz*/) {
 }
 
 jstring GetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: GetMmiAutoStartFlag by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetMmiAutoStartFlag by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     const char* fallback = "Error";
     TextResult result;
-    Finish(factory->getDeviceInfo(DEVICE_INFO_MMI_AUTO_START, Into(result)));
+    Finish(factory->getDeviceInfo(mmi::DEVICE_INFO_MMI_AUTO_START, Into(result)));
     MMI_LOGI("%s: GetMmiAutoStartFlag by hidl, ret: %d, flag: %s", kLogPrefix, result.ret, result.text.c_str());
     if (result.ret != 0) {
         MMI_LOGE("%s: GetMmiAutoStartFlag by hidl failed", kLogPrefix);
@@ -137,14 +114,14 @@ jstring GetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/) {
 }
 
 jint SetMmiAutoStartFlag(JNIEnv* env, jobject /*thiz*/, jstring flag) {
-    sp<FactoryV1_0> factory = Factory("%s: SetMmiAutoStartFlag by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: SetMmiAutoStartFlag by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return -1;
     mmi::JavaUtfChars chars(env, flag);
     if (chars.isNull()) {
         mmi::LogNullArgument("SetMmiAutoStartFlag by hidl", "flag");
         return -1;
     }
-    const int32_t result = ValueOr(factory->setDeviceInfo(DEVICE_INFO_MMI_AUTO_START, hidl_string(chars.c_str())), -1);
+    const int32_t result = ValueOr(factory->setDeviceInfo(mmi::DEVICE_INFO_MMI_AUTO_START, hidl_string(chars.c_str())), -1);
     MMI_LOGI("%s: SetMmiAutoStartFlag by hidl, result: %d", kLogPrefix, result);
     return result;
 }

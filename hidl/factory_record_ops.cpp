@@ -1,8 +1,11 @@
 // Station, cycle and test-result records, big-data fault reports, OEM info, signatures and
 // numbered device-info items over the HIDL factory interface (1.0, with 1.1 cast per call
 // for the test-cycle record and the OEM info).
+#include <factory_items.h>
 #include <mmi_log.h>
+#include <service_access.h>
 #include <securec.h>
+#include <test_cycle_record.h>
 #include <vendor/zentel/hardware/hwfactoryinterface/1.1/IHwFactoryInterface.h>
 
 #include <array>
@@ -29,42 +32,12 @@ using hw::hwfactoryinterface::V1_0::FmdCmdData;
 using hw::hwfactoryinterface::V1_0::FmdEvent;
 using hw::hwfactoryinterface::V1_0::FmdMsg;
 
-// Text items of the factory service's device information.
-constexpr int32_t DEVICE_INFO_SIGNATURE = 11;
-constexpr int32_t DEVICE_INFO_NM_CARD = 14;
-constexpr int32_t DEVICE_INFO_RSA_SIGN = 44;
 
 // The station/cycle record: command 143, always declared with the buffer's full size.
 constexpr int32_t CMD_TEST_CYCLE = 143;
-constexpr size_t kQrcodeInfoSize = 64;
-constexpr size_t kQrcodeFieldWidth = 2;
-// A cycle of this value sends an empty record (the station is not written either).
-constexpr jint kCycleNotFormatted = -100;
 
 constexpr const char* kOperationClass = "com/corvex/mmitest/model/BigDataOperation";
 constexpr const char* kValueClass = "com/corvex/mmitest/model/BigDataValue";
-
-// The factory service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<FactoryV1_0> Factory(const char* missingLine) {
-    sp<FactoryV1_0> factory = g_hwFactoryInterface.get();
-    if (factory == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return factory;
-}
-
-struct TextResult {
-    int32_t ret = -1;
-    std::string text;
-};
-
-// Copies a (status, text) callback answer into the caller's result; the whole text is
-// kept, zero bytes included.
-FactoryV1_0::text_cb Into(TextResult& result) {
-    return [&result](int32_t ret, const hidl_string& text) {
-        result.ret = ret;
-        result.text = text;
-    };
-}
 
 // A value report carries exactly one event.
 void InitFmdMessage(FmdMsg& message, int32_t version, int32_t dataSource, FmdEvent event) {
@@ -77,7 +50,7 @@ void InitFmdMessage(FmdMsg& message, int32_t version, int32_t dataSource, FmdEve
 }  // namespace
 
 jint SetMmiTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint item, jint result) {
-    sp<FactoryV1_0> factory = Factory("%s: SetMmiTestResult by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: SetMmiTestResult by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return -1;
     const int32_t ret = ValueOr(factory->setMmiTestResult(item, result), -1);
     MMI_LOGI("%s: SetMmiTestResult by hidl ret = %d", kLogPrefix, ret);
@@ -85,7 +58,7 @@ jint SetMmiTestResult(JNIEnv* /*env*/, jobject /*thiz*/, jint item, jint result)
 }
 
 jstring GetManufactureStationFlag(JNIEnv* env, jobject /*thiz*/, jint stationId) {
-    sp<FactoryV1_0> factory = Factory("%s: GetManufactureStationFlag by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetManufactureStationFlag by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     TextResult flag;
     Finish(factory->getManufactureStationFlag(stationId, Into(flag)));
@@ -103,24 +76,19 @@ jint SetTestCycle(JNIEnv* /*env*/, jobject /*thiz*/, jint stationId, jint cycle)
         return -1;
     }
 
-    std::array<char, kQrcodeInfoSize> qrcodeInfo;
-    const errno_t cleared = memset_s(qrcodeInfo.data(), qrcodeInfo.size(), 0, qrcodeInfo.size());
+    mmi::TestCycleRecord qrcodeInfo;
+    const errno_t cleared = mmi::FormatTestCycleRecord(stationId, cycle, qrcodeInfo);
     if (cleared != EOK) {
         MMI_LOGE("%s: SetTestCycle by hidl, memset_s error, ret =0x%x", kLogPrefix, static_cast<unsigned>(cleared));
         return -1;
     }
-    if (cycle != kCycleNotFormatted) {
-        // Two characters per field; wider values are cut to their first two characters
-        // (the count-limited formatter reports the cut, which is expected here).
-        snprintf_s(qrcodeInfo.data(), qrcodeInfo.size(), kQrcodeFieldWidth, "%02d", stationId);
-        snprintf_s(qrcodeInfo.data() + kQrcodeFieldWidth, qrcodeInfo.size() - kQrcodeFieldWidth, kQrcodeFieldWidth,
-                   "%02d", cycle);
+    if (cycle != mmi::kTestCycleNotFormatted) {
         MMI_LOGI("%s: SetTestCycle by hidl, qrcodeInfo: %s", kLogPrefix, qrcodeInfo.data());
     }
-    const hidl_string payload(qrcodeInfo.data(), strnlen(qrcodeInfo.data(), qrcodeInfo.size()));
+    const hidl_string payload(qrcodeInfo.data(), mmi::TestCycleRecordLength(qrcodeInfo));
 
-    const int32_t result =
-            ValueOr(hwFactoryNew->setCommandData(CMD_TEST_CYCLE, static_cast<int32_t>(kQrcodeInfoSize), payload), -1);
+    const int32_t result = ValueOr(
+            hwFactoryNew->setCommandData(CMD_TEST_CYCLE, static_cast<int32_t>(mmi::kTestCycleRecordSize), payload), -1);
     MMI_LOGI("%s: SetTestCycle by hidl, result: %d", kLogPrefix, result);
     return result;
 }
@@ -139,16 +107,16 @@ jint SetNmCardTestMode(JNIEnv* env, jobject /*thiz*/, jstring mode) {
         MMI_LOGE("%s: SetNmCardTestMode by hidl fail, g_hwFactoryInterface is null", kLogPrefix);
         return -1;
     }
-    const int32_t ret = ValueOr(factory->setDeviceInfo(DEVICE_INFO_NM_CARD, hidl_string(chars.c_str())), -1);
+    const int32_t ret = ValueOr(factory->setDeviceInfo(mmi::DEVICE_INFO_NM_CARD, hidl_string(chars.c_str())), -1);
     MMI_LOGI("%s: SetNmCardTestMode by hidl, ret: %d", kLogPrefix, ret);
     return ret;
 }
 
 jstring GetNmCardTestResult(JNIEnv* env, jobject /*thiz*/) {
-    sp<FactoryV1_0> factory = Factory("%s: GetNmCardTestResult by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetNmCardTestResult by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return NewJavaString(env, "");
     TextResult result;
-    Finish(factory->getDeviceInfo(DEVICE_INFO_NM_CARD, Into(result)));
+    Finish(factory->getDeviceInfo(mmi::DEVICE_INFO_NM_CARD, Into(result)));
     MMI_LOGI("%s: GetNmCardTestResult by hidl, ret: %d, testResultArray = %s", kLogPrefix, result.ret,
              result.text.c_str());
     return NewJavaString(env, result.text);
@@ -251,7 +219,7 @@ jstring GetOeminfo(JNIEnv* env, jobject /*thiz*/, jint type, jint offset, jint l
 }
 
 jint GetVerifySignatureResult(JNIEnv* env, jobject /*thiz*/, jbyteArray signature) {
-    sp<FactoryV1_0> factory = Factory("%s: GetVerifySignatureResult by hidl fail, g_hwFactoryInterface is null");
+    sp<FactoryV1_0> factory = mmi::ServiceOr(g_hwFactoryInterface, "%s: GetVerifySignatureResult by hidl fail, g_hwFactoryInterface is null");
     if (factory == nullptr) return -1;
     const mmi::JavaBytes bytes = mmi::ReadJavaBytes(env, signature);
     if (bytes.isNull) {
@@ -267,7 +235,7 @@ jint GetVerifySignatureResult(JNIEnv* env, jobject /*thiz*/, jbyteArray signatur
         MMI_LOGE("%s: GetVerifySignatureResult by hidl, convertBinToString fail", kLogPrefix);
         return -1;
     }
-    const int32_t ret = ValueOr(factory->setDeviceInfo(DEVICE_INFO_SIGNATURE, hidl_string(hex.data(), hex.size())), -1);
+    const int32_t ret = ValueOr(factory->setDeviceInfo(mmi::DEVICE_INFO_SIGNATURE, hidl_string(hex.data(), hex.size())), -1);
     MMI_LOGI("%s: GetVerifySignatureResult by hidl, ret: %d", kLogPrefix, ret);
     return ret;
 }
@@ -280,7 +248,7 @@ jstring GetRsaSignInfo(JNIEnv* env, jobject /*thiz*/) {
     }
     TextResult info;
     info.ret = 0;
-    Finish(factory->getDeviceInfo(DEVICE_INFO_RSA_SIGN, Into(info)));
+    Finish(factory->getDeviceInfo(mmi::DEVICE_INFO_RSA_SIGN, Into(info)));
     MMI_LOGI("GetRsaSignInfo by hidl, ret = %d", info.ret);
     return NewJavaString(env, info.text);
 }

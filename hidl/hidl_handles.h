@@ -4,6 +4,9 @@
 #include <hidl/HidlSupport.h>
 #include <hidl/Status.h>
 #include <shared_handle.h>
+
+#include <functional>
+#include <string>
 #include <vendor/zentel/hardware/biometrics/fingerprint/2.2/IExtBiometricsFingerprint.h>
 #include <vendor/zentel/hardware/hwdisplay/1.0/IDisplay.h>
 #include <vendor/zentel/hardware/hwfactoryinterface/1.0/IHwFactoryInterface.h>
@@ -45,6 +48,21 @@ android::sp<Newer> CastTo(const android::sp<Older>& handle) {
     if (handle == nullptr) return nullptr;
     android::hardware::Return<android::sp<Newer>> cast = Newer::castFrom(handle);
     return cast.isOk() ? static_cast<android::sp<Newer>>(cast) : nullptr;
+}
+
+// A (status, text) answer delivered through a result callback, copied out of it (the
+// whole text, zero bytes included). The status stays -1 when the service never calls back.
+struct TextResult {
+    int32_t ret = -1;
+    std::string text;
+};
+
+// The result callback that stores a (status, text) answer.
+inline std::function<void(int32_t, const android::hardware::hidl_string&)> Into(TextResult& result) {
+    return [&result](int32_t ret, const android::hardware::hidl_string& text) {
+        result.ret = ret;
+        result.text = text;
+    };
 }
 
 // Closes the panel-processor library if it is open (part of the HIDL shutdown).

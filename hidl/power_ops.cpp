@@ -2,6 +2,7 @@
 // come through a callback are copied into locals that hold their presets until the service
 // answers.
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include <string>
 
@@ -19,30 +20,10 @@ namespace {
 
 using PowerV1_0 = hw::power::V1_0::IHWPower;
 
-// The power service, or null after writing the operation's missing-service line (a format
-// that takes the log prefix).
-sp<PowerV1_0> Power(const char* missingLine) {
-    sp<PowerV1_0> power = g_hwPower.get();
-    if (power == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return power;
-}
-
-struct TextResult {
-    int32_t result = -1;  // stays when the service never calls back
-    std::string text;
-};
-
-PowerV1_0::text_cb Into(TextResult& out) {
-    return [&out](int32_t result, const hidl_string& text) {
-        out.result = result;
-        out.text = text;
-    };
-}
-
 }  // namespace
 
 jint SetPowerState(JNIEnv* env, jobject /*thiz*/, jstring testScene, jstring para) {
-    sp<PowerV1_0> power = Power("%s: SetPowerState by hidl fail, g_hwPower is null");
+    sp<PowerV1_0> power = mmi::ServiceOr(g_hwPower, "%s: SetPowerState by hidl fail, g_hwPower is null");
     if (power == nullptr) return -1;
     mmi::JavaUtfChars sceneChars(env, testScene);
     if (sceneChars.isNull()) {
@@ -62,7 +43,7 @@ jint SetPowerState(JNIEnv* env, jobject /*thiz*/, jstring testScene, jstring par
 }
 
 jstring GetPowerState(JNIEnv* env, jobject /*thiz*/, jstring key) {
-    sp<PowerV1_0> power = Power("%s: GetPowerState by hidl fail, g_hwPower is null");
+    sp<PowerV1_0> power = mmi::ServiceOr(g_hwPower, "%s: GetPowerState by hidl fail, g_hwPower is null");
     if (power == nullptr) return NewJavaString(env, "");
     mmi::JavaUtfChars keyChars(env, key);
     if (keyChars.isNull()) {
@@ -72,15 +53,15 @@ jstring GetPowerState(JNIEnv* env, jobject /*thiz*/, jstring key) {
     TextResult state;
     Finish(power->getPowerState(hidl_string(keyChars.c_str()), Into(state)));
     // A failed request never hands a partial text to Java.
-    if (state.result != 0) state.text.clear();
-    MMI_LOGI("%s: GetPowerState by hidl, result code: %d, result info: %s", kLogPrefix, state.result,
+    if (state.ret != 0) state.text.clear();
+    MMI_LOGI("%s: GetPowerState by hidl, result code: %d, result info: %s", kLogPrefix, state.ret,
              state.text.c_str());
     return NewJavaString(env, state.text);
 }
 
 // The test count and the two limits always go as empty texts.
 jint CheckUsbSpeed(JNIEnv* env, jobject /*thiz*/, jstring scene) {
-    sp<PowerV1_0> power = Power("%s: CheckUsbSpeed by hidl fail, g_hwPower is null");
+    sp<PowerV1_0> power = mmi::ServiceOr(g_hwPower, "%s: CheckUsbSpeed by hidl fail, g_hwPower is null");
     if (power == nullptr) return -1;
     mmi::JavaUtfChars sceneChars(env, scene);
     if (sceneChars.isNull()) {
@@ -93,8 +74,8 @@ jint CheckUsbSpeed(JNIEnv* env, jobject /*thiz*/, jstring scene) {
     TextResult usb;
     Finish(power->checkUsbSpeed(hidl_string(sceneChars.c_str()), testTimes, maxLimit, minLimit, Into(usb)));
     MMI_LOGI("%s: CheckUsbSpeed by hidl, scene: %s, resultCode: %d, resultInfo: %s", kLogPrefix, sceneChars.c_str(),
-             usb.result, usb.text.c_str());
-    return usb.result;
+             usb.ret, usb.text.c_str());
+    return usb.ret;
 }
 
 }  // namespace native_hidl

@@ -2,6 +2,7 @@
 // calibration, rotary-crown self test and feature configuration. Results that come through
 // a callback are copied into locals that hold their presets until the service answers.
 #include <mmi_log.h>
+#include <service_access.h>
 
 #include "hidl_handles.h"
 #include "java_helpers.h"
@@ -21,26 +22,6 @@ constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNa
 constexpr const char* kFailInfoField = "sTpCapacitanceFailInfo";
 constexpr const char* kCalibrateFailedText = "Capacitance Calibrate Failed";
 constexpr const char* kRotateCrownFailedText = "error";
-
-// The touch-screen service, or null after writing the operation's missing-service line (a
-// format that takes the log prefix).
-sp<TouchScreenV1_0> TouchScreen(const char* missingLine) {
-    sp<TouchScreenV1_0> touch = g_hwTouchScreen.get();
-    if (touch == nullptr) MMI_LOGE(missingLine, kLogPrefix);
-    return touch;
-}
-
-struct TextResult {
-    int32_t ret = -1;  // stays when the service never calls back
-    std::string text;
-};
-
-TouchScreenV1_0::text_cb Into(TextResult& result) {
-    return [&result](int32_t ret, const hidl_string& text) {
-        result.ret = ret;
-        result.text = text;
-    };
-}
 
 // Hands the capacitance test's text to the Java side through the static String field
 // MmiNativeManager.sTpCapacitanceFailInfo. A lookup that fails is logged and its exception
@@ -69,7 +50,7 @@ void StoreCapacitanceFailInfo(JNIEnv* env, const std::string& info) {
 }  // namespace
 
 jint GetCapacitanceTestResult(JNIEnv* env, jobject /*thiz*/, jint /*unused*/) {
-    sp<TouchScreenV1_0> touch = TouchScreen("%s: GetCapacitanceTestResult by hidl fail, g_hwTouchScreen is null");
+    sp<TouchScreenV1_0> touch = mmi::ServiceOr(g_hwTouchScreen, "%s: GetCapacitanceTestResult by hidl fail, g_hwTouchScreen is null");
     if (touch == nullptr) return -1;
     TextResult result;
     Finish(touch->getCapacitanceTestResult(Into(result)));
@@ -81,7 +62,7 @@ jint GetCapacitanceTestResult(JNIEnv* env, jobject /*thiz*/, jint /*unused*/) {
 
 jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint value) {
     sp<TouchScreenV1_0> touch =
-            TouchScreen("%s: GetCapacitanceCalibrateResult by hidl fail, g_hwTouchScreen is null");
+            mmi::ServiceOr(g_hwTouchScreen, "%s: GetCapacitanceCalibrateResult by hidl fail, g_hwTouchScreen is null");
     if (touch == nullptr) return NewJavaString(env, kCalibrateFailedText);
     TextResult result;
     Finish(touch->getCapacitanceCalibrateResult(value, Into(result)));
@@ -95,7 +76,7 @@ jstring GetCapacitanceCalibrateResult(JNIEnv* env, jobject /*thiz*/, jint value)
 }
 
 jint SetTouchScreenFeatureConfig(JNIEnv* env, jobject /*thiz*/, jint feature, jstring config) {
-    sp<TouchScreenV1_0> touch = TouchScreen("%s: SetTouchScreenFeatureConfig by hidl fail, g_hwTouchScreen is null");
+    sp<TouchScreenV1_0> touch = mmi::ServiceOr(g_hwTouchScreen, "%s: SetTouchScreenFeatureConfig by hidl fail, g_hwTouchScreen is null");
     if (touch == nullptr) return -1;
     mmi::JavaUtfChars configChars(env, config);
     if (configChars.isNull()) {
@@ -109,7 +90,7 @@ jint SetTouchScreenFeatureConfig(JNIEnv* env, jobject /*thiz*/, jint feature, js
 }
 
 jstring GetRotateCrownTestResult(JNIEnv* env, jobject /*thiz*/) {
-    sp<TouchScreenV1_0> touch = TouchScreen("%s: GetRotateCrownTestResult by hidl fail, g_hwTouchScreen is null");
+    sp<TouchScreenV1_0> touch = mmi::ServiceOr(g_hwTouchScreen, "%s: GetRotateCrownTestResult by hidl fail, g_hwTouchScreen is null");
     if (touch == nullptr) return NewJavaString(env, "");
     bool success = false;  // stays false when the service never calls back
     std::string info;
