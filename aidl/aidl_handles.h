@@ -48,8 +48,21 @@ struct JavaCallbackTarget {
     JavaVM* vm = nullptr;
     jclass nativeClass = nullptr;
 };
-JavaCallbackTarget GetJavaCallbackTarget();
 // Stores a new target and returns the previous one.
 JavaCallbackTarget ExchangeJavaCallbackTarget(JavaCallbackTarget target);
+
+// The target as an event sees it while it calls into Java. The library's unload waits for
+// uses in progress before it deletes the class reference.
+class JavaCallbackUse {
+public:
+    JavaCallbackUse();
+    ~JavaCallbackUse();
+    JavaCallbackUse(const JavaCallbackUse&) = delete;
+    JavaCallbackUse& operator=(const JavaCallbackUse&) = delete;
+    const JavaCallbackTarget& target() const { return mTarget; }
+
+private:
+    JavaCallbackTarget mTarget;
+};
 
 }  // namespace native_aidl

@@ -11,6 +11,9 @@
 #include <binder/IServiceManager.h>
 #include <mmi_log.h>
 
+#include <chrono>
+#include <condition_variable>
+
 #include "aidl_handles.h"
 
 using android::IBinder;
@@ -58,6 +61,9 @@ sp<IBinder::DeathRecipient> g_deathNotifier;
 
 std::mutex g_callbackTargetLock;
 JavaCallbackTarget g_callbackTarget;
+int g_callbackUses = 0;  // events using a copy of the target right now
+std::condition_variable g_callbackUsesDone;
+constexpr std::chrono::seconds kCallbackDrainTimeout{5};
 
 void RestartAidl();
 
@@ -238,9 +244,16 @@ void ExitMmiManager() {
     Detach(g_aidlVibrator);
 }
 
-JavaCallbackTarget GetJavaCallbackTarget() {
+JavaCallbackUse::JavaCallbackUse() {
     std::lock_guard<std::mutex> lock(g_callbackTargetLock);
-    return g_callbackTarget;
+    mTarget = g_callbackTarget;
+    ++g_callbackUses;
+}
+
+JavaCallbackUse::~JavaCallbackUse() {
+    std::lock_guard<std::mutex> lock(g_callbackTargetLock);
+    --g_callbackUses;
+    g_callbackUsesDone.notify_all();
 }
 
 JavaCallbackTarget ExchangeJavaCallbackTarget(JavaCallbackTarget target) {
@@ -252,8 +265,20 @@ JavaCallbackTarget ExchangeJavaCallbackTarget(JavaCallbackTarget target) {
 void ReleaseGlobalValue(JNIEnv* env) {
     MMI_LOGI("%s: ReleaseGlobalValue", kLogPrefix);
     g_aidlVaelonNotifier.set(nullptr);
-    JavaCallbackTarget previous = ExchangeJavaCallbackTarget(JavaCallbackTarget{});
-    if (previous.nativeClass != nullptr) env->DeleteGlobalRef(previous.nativeClass);
+    JavaCallbackTarget previous;
+    bool unused = false;
+    {
+        std::unique_lock<std::mutex> lock(g_callbackTargetLock);
+        std::swap(previous, g_callbackTarget);
+        // An event still in Java keeps using the class; it is deleted only once none is.
+        unused = g_callbackUsesDone.wait_for(lock, kCallbackDrainTimeout, [] { return g_callbackUses == 0; });
+    }
+    if (previous.nativeClass == nullptr) return;
+    if (unused) {
+        env->DeleteGlobalRef(previous.nativeClass);
+    } else {
+        MMI_LOGE("%s: ReleaseGlobalValue, a camera event is still in Java, its class reference is kept", kLogPrefix);
+    }
 }
 
 }  // namespace native_aidl

@@ -58,7 +58,8 @@ public:
         // Deliberately at error priority, and without the log prefix.
         MMI_LOGE("RegisterClient to get vaelon callback success, clientHandle: %d, serviceResult: %d",
                  handle.clientHandle, result.serviceResult);
-        const JavaCallbackTarget target = GetJavaCallbackTarget();
+        const JavaCallbackUse use;
+        const JavaCallbackTarget& target = use.target();
         if (target.vm == nullptr || target.nativeClass == nullptr) {
             MMI_LOGE("RegisterClient fail, g_globalEnv is null or g_nativeClass is null");
             return android::binder::Status::ok();
