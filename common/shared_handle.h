@@ -3,11 +3,13 @@
 //
 // A reader takes a strong copy under a small lock and calls the service outside it, so it
 // sees either null or a live object that stays alive for its whole call, and never waits
-// for a connection or recovery in progress. Writers swap the value under the same lock and
-// drop the old reference after releasing it, since dropping it may run a destructor.
+// for a connection or recovery in progress. Readers share the lock (callers on several Java
+// threads never wait for each other); writers swap the value under it alone and drop the
+// old reference after releasing it, since dropping it may run a destructor.
 #pragma once
 
 #include <mutex>
+#include <shared_mutex>
 #include <utility>
 
 namespace mmi {
@@ -20,12 +22,12 @@ public:
     SharedHandle& operator=(const SharedHandle&) = delete;
 
     Ptr get() const {
-        std::lock_guard<std::mutex> lock(mLock);
+        std::shared_lock<std::shared_mutex> lock(mLock);
         return mPtr;
     }
 
     bool isSet() const {
-        std::lock_guard<std::mutex> lock(mLock);
+        std::shared_lock<std::shared_mutex> lock(mLock);
         return mPtr != nullptr;
     }
 
@@ -39,12 +41,12 @@ public:
 
 private:
     Ptr exchange(Ptr value) {
-        std::lock_guard<std::mutex> lock(mLock);
+        std::lock_guard<std::shared_mutex> lock(mLock);
         std::swap(mPtr, value);
         return value;
     }
 
-    mutable std::mutex mLock;
+    mutable std::shared_mutex mLock;
     Ptr mPtr{};
 };
 

@@ -89,13 +89,13 @@ public:
     }
     Status sendFmdCmdData(const factory::FmdCmdData& data, int32_t* out) override {
         return ServeAidl("sendFmdCmdData", {}, [&](const auto& a) {
-            mHandset.ReceiveFmd(data);
+            if (a.keepReceivedRecords) mHandset.ReceiveFmd(data);
             *out = a.fmdCmdDataResult;
         });
     }
     Status sendFmdMessage(const factory::FmdMsg& message, int32_t* out) override {
         return ServeAidl("sendFmdMessage", {}, [&](const auto& a) {
-            mHandset.ReceiveFmd(message);
+            if (a.keepReceivedRecords) mHandset.ReceiveFmd(message);
             *out = a.fmdMessageResult;
         });
     }
@@ -303,7 +303,7 @@ public:
     }
     Status getVibratorResult(const String16& command, String16* out) override {
         return ServeAidl("getVibratorResult", Args(command),
-                         [&](const auto& a) { *out = String16(a.result.c_str()); });
+                         [&](const auto& a) { *out = String16(a.result.data(), a.result.size()); });
     }
 };
 
@@ -350,7 +350,21 @@ public:
                 return;
             }
             auto session = ndk::SharedRefBase::make<SessionService>(mHandset);
+            std::vector<std::shared_ptr<SessionService>> ended;
+            std::vector<ndk::SpAIBinder> endedBinders;
             std::lock_guard<std::mutex> lock(mLock);
+            // Sessions that no client holds any more end here: the service keeps what its
+            // clients use, not every session it ever made (a client that reconnects over and
+            // over would otherwise grow the service without bound). Only this service and
+            // the session's own binder hold such a session. They go after the lock.
+            for (size_t i = mSessions.size(); i-- > 0;) {
+                if (mSessions[i].use_count() <= 2) {
+                    ended.push_back(std::move(mSessions[i]));
+                    endedBinders.push_back(std::move(mSessionBinders[i]));
+                    mSessions.erase(mSessions.begin() + static_cast<std::ptrdiff_t>(i));
+                    mSessionBinders.erase(mSessionBinders.begin() + static_cast<std::ptrdiff_t>(i));
+                }
+            }
             mSessions.push_back(session);
             // The service process keeps the session's binder for as long as it lives, so
             // clients linking to it link to the one object that will die with it.

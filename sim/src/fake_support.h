@@ -22,7 +22,10 @@ inline std::string ArgText(int64_t v) { return std::to_string(v); }
 inline std::string ArgText(bool v) { return v ? "true" : "false"; }
 inline std::string ArgText(const std::string& v) { return v; }
 inline std::string ArgText(const android::hardware::hidl_string& v) { return std::string(v.c_str(), v.size()); }
-inline std::string ArgText(const android::String16& v) { return std::string(android::String8(v).c_str()); }
+inline std::string ArgText(const android::String16& v) {
+    const android::String8 text(v);
+    return std::string(text.c_str(), text.size());  // every character, U+0000 included
+}
 inline std::string ArgText(const std::vector<uint8_t>& v) { return std::string(v.begin(), v.end()); }
 
 template <typename... T>

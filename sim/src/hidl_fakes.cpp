@@ -64,12 +64,14 @@ public:
     }
     Return<void> getManufactureFileName(getManufactureFileName_cb cb) override {
         return ServeHidl("getManufactureFileName", {},
-                         [&](const auto& a) { cb(a.manufactureFileName.ret, a.manufactureFileName.text); });
+                         [&](const auto& a) {
+                             if (!a.skipCallbacks) cb(a.manufactureFileName.ret, a.manufactureFileName.text);
+                         });
     }
     Return<void> getDeviceInfo(int32_t id, getDeviceInfo_cb cb) override {
         return ServeHidl("getDeviceInfo", Args(id), [&](const auto& a) {
             const TextReply& reply = Lookup(a.deviceInfo, id);
-            cb(reply.ret, reply.text);
+            if (!a.skipCallbacks) cb(reply.ret, reply.text);
         });
     }
     Return<int32_t> setDeviceInfo(int32_t id, const hidl_string& info) override {
@@ -88,7 +90,7 @@ public:
     Return<void> getManufactureStationFlag(int32_t stationId, getManufactureStationFlag_cb cb) override {
         return ServeHidl("getManufactureStationFlag", Args(stationId), [&](const auto& a) {
             const TextReply& reply = Lookup(a.stationFlags, stationId);
-            cb(reply.ret, reply.text);
+            if (!a.skipCallbacks) cb(reply.ret, reply.text);
         });
     }
     Return<int32_t> sendFmdCmdData(const factory::V1_0::FmdCmdData& data) override {
@@ -100,7 +102,7 @@ public:
             received.cycle = data.cycle;
             received.station = data.station;
             received.bsn = data.bsn;
-            mHandset.ReceiveFmd(received);
+            if (a.keepReceivedRecords) mHandset.ReceiveFmd(received);
             return a.fmdCmdDataResult;
         });
     }
@@ -128,7 +130,7 @@ public:
                 event.description = e.description;
                 received.events.push_back(event);
             }
-            mHandset.ReceiveFmd(received);
+            if (a.keepReceivedRecords) mHandset.ReceiveFmd(received);
             return a.fmdMessageResult;
         });
     }
@@ -144,7 +146,7 @@ public:
     }
     Return<void> getOeminfo(int32_t type, int32_t offset, int32_t length, getOeminfo_cb cb) override {
         return ServeHidl("getOeminfo", Args(type, offset, length), [&](const auto& a) {
-            cb(a.oeminfoRet, hidl_string(a.oeminfo.data(), a.oeminfo.size()));
+            if (!a.skipCallbacks) cb(a.oeminfoRet, hidl_string(a.oeminfo.data(), a.oeminfo.size()));
         });
     }
 
@@ -167,18 +169,19 @@ public:
     }
     Return<void> getDisplayPanelType(getDisplayPanelType_cb cb) override {
         return ServeHidl("getDisplayPanelType", {}, [&](const auto& a) {
+            if (a.skipCallbacks) return;
             cb(static_cast<DISPLAY_RET>(a.panelTypeRet), static_cast<display::V1_0::PANEL_TYPE>(a.panelType));
         });
     }
     Return<void> getScreenCurrentFps(int32_t value, getScreenCurrentFps_cb cb) override {
-        return ServeHidl("getScreenCurrentFps", Args(value), [&](const auto& a) { Reply(cb, a.screenCurrentFps); });
+        return ServeHidl("getScreenCurrentFps", Args(value), [&](const auto& a) { Reply(a, cb, a.screenCurrentFps); });
     }
     Return<DISPLAY_RET> selectScreenConfigStation(int32_t station) override {
         return ServeHidl("selectScreenConfigStation", Args(station),
                          [](const auto& a) { return static_cast<DISPLAY_RET>(a.selectStationResult); });
     }
     Return<void> getScreenConfig(getScreenConfig_cb cb) override {
-        return ServeHidl("getScreenConfig", {}, [&](const auto& a) { Reply(cb, a.screenConfig); });
+        return ServeHidl("getScreenConfig", {}, [&](const auto& a) { Reply(a, cb, a.screenConfig); });
     }
     Return<int32_t> setDisplaySelfAdaptMinFps(int32_t dataInt) override {
         return ServeHidl("setDisplaySelfAdaptMinFps", Args(dataInt), [](const auto& a) { return a.selfAdaptMinFpsResult; });
@@ -186,12 +189,12 @@ public:
     Return<void> setDisplayParameter(int32_t scene, const display::V1_5::DisplayData& data,
                                      setDisplayParameter_cb cb) override {
         return ServeHidl("setDisplayParameter", Args(scene, data.dataInt, data.dataString),
-                         [&](const auto& a) { Reply(cb, a.displayParameter); });
+                         [&](const auto& a) { Reply(a, cb, a.displayParameter); });
     }
 
 private:
-    static void Reply(const text_cb& cb, const TextReply& reply) {
-        cb(static_cast<DISPLAY_RET>(reply.ret), reply.text);
+    static void Reply(const DisplayAnswers& a, const text_cb& cb, const TextReply& reply) {
+        if (!a.skipCallbacks) cb(static_cast<DISPLAY_RET>(reply.ret), reply.text);
     }
     const size_t mNewest;
 };
@@ -202,15 +205,21 @@ public:
 
     Return<void> getCapacitanceTestResult(getCapacitanceTestResult_cb cb) override {
         return ServeHidl("getCapacitanceTestResult", {},
-                         [&](const auto& a) { cb(a.capacitanceTest.ret, a.capacitanceTest.text); });
+                         [&](const auto& a) {
+                             if (!a.skipCallbacks) cb(a.capacitanceTest.ret, a.capacitanceTest.text);
+                         });
     }
     Return<void> getCapacitanceCalibrateResult(int32_t value, getCapacitanceCalibrateResult_cb cb) override {
         return ServeHidl("getCapacitanceCalibrateResult", Args(value),
-                         [&](const auto& a) { cb(a.capacitanceCalibrate.ret, a.capacitanceCalibrate.text); });
+                         [&](const auto& a) {
+                             if (!a.skipCallbacks) cb(a.capacitanceCalibrate.ret, a.capacitanceCalibrate.text);
+                         });
     }
     Return<void> getRotateCrownTestResult(getRotateCrownTestResult_cb cb) override {
         return ServeHidl("getRotateCrownTestResult", {},
-                         [&](const auto& a) { cb(a.rotateCrown.ret == 0, a.rotateCrown.text); });
+                         [&](const auto& a) {
+                             if (!a.skipCallbacks) cb(a.rotateCrown.ret == 0, a.rotateCrown.text);
+                         });
     }
     Return<int32_t> setTouchScreenFeatureConfig(int32_t feature, const hidl_string& config) override {
         return ServeHidl("setTouchScreenFeatureConfig", Args(feature, config),
@@ -264,13 +273,15 @@ public:
     }
     Return<void> getCalibrateType(int32_t sensorId, int32_t size, getCalibrateType_cb cb) override {
         return ServeHidl("getCalibrateType", Args(sensorId, size),
-                         [&](const auto& a) { cb(a.calibrateType.ret, a.calibrateType.text); });
+                         [&](const auto& a) {
+                             if (!a.skipCallbacks) cb(a.calibrateType.ret, a.calibrateType.text);
+                         });
     }
     Return<void> getSensorData(int32_t sensorId, getSensorData_cb cb) override {
         return ServeHidl("getSensorData", Args(sensorId), [&](const auto& a) {
             auto it = a.sensorData.find(sensorId);
             const DataReply reply = it == a.sensorData.end() ? DataReply{} : it->second;
-            cb(reply.result, hidl_vec<int32_t>(reply.data));
+            if (!a.skipCallbacks) cb(reply.result, hidl_vec<int32_t>(reply.data));
         });
     }
     Return<bool> isFlickerSupported(int32_t sensorId) override {
@@ -286,7 +297,7 @@ public:
     Return<void> processSensorParameter(int32_t sensorId, int32_t mainCmd, int32_t subCmd, int32_t length,
                                         processSensorParameter_cb cb) override {
         return ServeHidl("processSensorParameter", Args(sensorId, mainCmd, subCmd, length), [&](const auto& a) {
-            cb(a.parameter.ret, a.parameter.para, hidl_vec<int32_t>(a.parameter.data));
+            if (!a.skipCallbacks) cb(a.parameter.ret, a.parameter.para, hidl_vec<int32_t>(a.parameter.data));
         });
     }
 };
@@ -316,12 +327,16 @@ public:
         return ServeHidl("setPowerState", Args(testScene, para), [](const auto& a) { return a.setPowerStateResult; });
     }
     Return<void> getPowerState(const hidl_string& key, getPowerState_cb cb) override {
-        return ServeHidl("getPowerState", Args(key), [&](const auto& a) { cb(a.powerState.ret, a.powerState.text); });
+        return ServeHidl("getPowerState", Args(key), [&](const auto& a) {
+            if (!a.skipCallbacks) cb(a.powerState.ret, a.powerState.text);
+        });
     }
     Return<void> checkUsbSpeed(const hidl_string& scene, const hidl_string& testTimes, const hidl_string& maxLimit,
                                const hidl_string& minLimit, checkUsbSpeed_cb cb) override {
         return ServeHidl("checkUsbSpeed", Args(scene, testTimes, maxLimit, minLimit),
-                         [&](const auto& a) { cb(a.usbSpeed.ret, a.usbSpeed.text); });
+                         [&](const auto& a) {
+                             if (!a.skipCallbacks) cb(a.usbSpeed.ret, a.usbSpeed.text);
+                         });
     }
 };
 

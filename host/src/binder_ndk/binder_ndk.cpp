@@ -8,6 +8,7 @@
 #include <utils/String16.h>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -44,20 +45,27 @@ struct AStatus {
 
 namespace {
 
-// Forwards a libbinder obituary to the NDK callback with the cookie given at link time.
+// Forwards a libbinder obituary to the NDK callback with the cookie given at link time. As
+// on a device, a link whose binder has died is spent: the recipient drops it the next time
+// something links (see AIBinder_linkToDeath), whether or not its owner unlinks it.
 class TransferDeathRecipient : public android::IBinder::DeathRecipient {
 public:
     TransferDeathRecipient(AIBinder* binder, void* cookie, AIBinder_DeathRecipient_onBinderDied onDied)
         : mWho(binder), mCookie(cookie), mOnDied(onDied) {}
-    void binderDied(const android::wp<android::IBinder>&) override { mOnDied(mCookie); }
+    void binderDied(const android::wp<android::IBinder>&) override {
+        mOnDied(mCookie);
+        mDied = true;
+    }
 
     const android::wp<AIBinder>& who() const { return mWho; }
     void* cookie() const { return mCookie; }
+    bool died() const { return mDied; }
 
 private:
     android::wp<AIBinder> mWho;
     void* mCookie;
     AIBinder_DeathRecipient_onBinderDied mOnDied;
+    std::atomic<bool> mDied{false};
 };
 
 }  // namespace
@@ -151,6 +159,9 @@ binder_status_t AIBinder_linkToDeath(AIBinder* binder, AIBinder_DeathRecipient* 
     android::status_t status = binder->linkToDeath(link, cookie);
     if (status != android::OK) return status == android::DEAD_OBJECT ? STATUS_DEAD_OBJECT : STATUS_UNKNOWN_ERROR;
     std::lock_guard<std::mutex> lock(recipient->lock);
+    recipient->links.erase(std::remove_if(recipient->links.begin(), recipient->links.end(),
+                                          [](const auto& l) { return l->died(); }),
+                           recipient->links.end());
     recipient->links.push_back(link);
     return STATUS_OK;
 }

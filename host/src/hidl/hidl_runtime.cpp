@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -132,7 +133,7 @@ public:
 
     void Reset() {
         std::vector<sp<IBase>> services;
-        std::vector<Listener> listeners;
+        std::deque<Listener> listeners;
         {
             std::lock_guard<std::mutex> lock(mLock);
             for (auto& entry : mServices) services.push_back(entry.second);
@@ -160,7 +161,10 @@ private:
 
     std::mutex mLock;
     std::map<std::pair<std::string, std::string>, sp<IBase>> mServices;
-    std::vector<Listener> mListeners;
+    // Every registration is kept, as hwservicemanager keeps them, also a listener's repeated
+    // ones. A deque grows in small steps, so the memory a registration adds is the same for
+    // each (a test measures it).
+    std::deque<Listener> mListeners;
 };
 
 Registry& TheRegistry() {

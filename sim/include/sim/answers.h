@@ -3,9 +3,13 @@
 // over AIDL and over HIDL alike.
 #pragma once
 
+#include <sim/brief_lock.h>
+
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -20,6 +24,11 @@ struct TextReply {
 };
 
 struct FactoryAnswers {
+    // HIDL: every operation that answers through a result callback returns without calling
+    // it (the call itself succeeds), as a faulty service may.
+    bool skipCallbacks = false;
+    // Whether the big-data records the service receives are kept (Handset::factoryInbox).
+    bool keepReceivedRecords = true;
     bool factoryVersion = true;
     TextReply manufactureFileName{0, "mmi_manufacture.xml"};
     // getDeviceInfo by item (0 serial number, 5 auto-start flag, 35 test package); others
@@ -40,6 +49,7 @@ struct FactoryAnswers {
 };
 
 struct DisplayAnswers {
+    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     TextReply screenCurrentFps{0, "60"};
     int32_t selectStationResult = 0;
     TextReply screenConfig{0, "1080x2400@60"};
@@ -51,6 +61,7 @@ struct DisplayAnswers {
 };
 
 struct TouchScreenAnswers {
+    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     TextReply capacitanceTest;
     TextReply capacitanceCalibrate{0, "calibrated"};
     TextReply rotateCrown{0, "pass"};  // over HIDL: success is ret == 0
@@ -74,6 +85,7 @@ struct ParameterReply {
 };
 
 struct SensorAnswers {
+    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     int32_t startCalibrateResult = 0;
     int32_t startSelfTestResult = 0;
     int32_t calibrateDelayTime = 3000;
@@ -89,6 +101,7 @@ struct SensorAnswers {
 };
 
 struct PowerAnswers {
+    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     int32_t setPowerStateResult = 0;
     TextReply powerState{0, "charging"};
     TextReply usbSpeed{0, "usb3"};
@@ -122,40 +135,61 @@ struct Call {
     std::vector<std::string> args;
 };
 
-// Answers and received calls of one family, safe to use from any thread.
+// Answers and received calls of one family, safe to use from any thread. The answers in
+// force are an immutable snapshot that a change replaces, so that concurrent calls of a
+// service copy them outside the lock: the lock only orders the received calls.
 template <typename Answers>
 class FamilyState {
 public:
     Answers answers() const {
-        std::lock_guard<std::mutex> lock(mLock);
-        return mAnswers;
+        std::shared_ptr<const Answers> current;
+        {
+            std::lock_guard<BriefLock> lock(mLock);
+            current = mAnswers;
+        }
+        return *current;
     }
 
     void update(const std::function<void(Answers&)>& change) {
-        std::lock_guard<std::mutex> lock(mLock);
-        change(mAnswers);
+        std::lock_guard<BriefLock> lock(mLock);
+        auto next = std::make_shared<Answers>(*mAnswers);
+        change(*next);
+        mAnswers = std::move(next);
     }
 
     void reset() {
-        std::lock_guard<std::mutex> lock(mLock);
-        mAnswers = Answers();
+        std::lock_guard<BriefLock> lock(mLock);
+        mAnswers = std::make_shared<const Answers>();
         mCalls.clear();
+        mRecordCalls = true;
     }
 
-    // Records a call and returns the answers in force for it.
+    // Records a call (unless recording is off) and returns the answers in force for it.
     Answers record(const char* origin, const char* method, std::vector<std::string> args) {
-        std::lock_guard<std::mutex> lock(mLock);
-        mCalls.push_back(Call{origin, method, std::move(args)});
-        return mAnswers;
+        Call call{origin, method, std::move(args)};
+        std::shared_ptr<const Answers> current;
+        {
+            std::lock_guard<BriefLock> lock(mLock);
+            if (mRecordCalls) mCalls.push_back(std::move(call));
+            current = mAnswers;
+        }
+        return *current;
+    }
+
+    // Whether received calls are kept for calls()/callsTo() (on by default; a long load run
+    // turns it off so that the list does not grow with every call). reset() turns it on.
+    void setRecordCalls(bool on) {
+        std::lock_guard<BriefLock> lock(mLock);
+        mRecordCalls = on;
     }
 
     std::vector<Call> calls() const {
-        std::lock_guard<std::mutex> lock(mLock);
-        return mCalls;
+        std::lock_guard<BriefLock> lock(mLock);
+        return std::vector<Call>(mCalls.begin(), mCalls.end());
     }
 
     std::vector<Call> callsTo(const std::string& method) const {
-        std::lock_guard<std::mutex> lock(mLock);
+        std::lock_guard<BriefLock> lock(mLock);
         std::vector<Call> matching;
         for (const Call& call : mCalls) {
             if (call.method == method) matching.push_back(call);
@@ -164,14 +198,15 @@ public:
     }
 
     void clearCalls() {
-        std::lock_guard<std::mutex> lock(mLock);
+        std::lock_guard<BriefLock> lock(mLock);
         mCalls.clear();
     }
 
 private:
-    mutable std::mutex mLock;
-    Answers mAnswers;
-    std::vector<Call> mCalls;
+    mutable BriefLock mLock;
+    std::shared_ptr<const Answers> mAnswers = std::make_shared<const Answers>();
+    std::deque<Call> mCalls;  // adding a call never moves the earlier ones
+    bool mRecordCalls = true;
 };
 
 }  // namespace mmisim

@@ -1,0 +1,34 @@
+# Load with service faults: Java threads of a driver class (tests/stress/java, a jar first on
+# the embedded JVM's class path) call every native method while a seeded schedule kills and
+# restarts the handset's services. The display processor's vendor library is on the
+# loader's path, so video interpolation runs under the load too. One test per handset.
+set(MMI_STRESS_DIR ${CMAKE_CURRENT_LIST_DIR}/../stress)
+
+set(MMI_SAVED_JAVA_FLAGS "${CMAKE_JAVA_COMPILE_FLAGS}")
+set(CMAKE_JAVA_COMPILE_FLAGS -source 17 -target 17 -Xlint:all -Werror)
+file(GLOB_RECURSE MMI_STRESS_JAVA CONFIGURE_DEPENDS ${MMI_STRESS_DIR}/java/*.java)
+add_jar(mmi_stress_driver SOURCES ${MMI_STRESS_JAVA} INCLUDE_JARS mmi_app OUTPUT_DIR ${CMAKE_BINARY_DIR}/java)
+set(CMAKE_JAVA_COMPILE_FLAGS "${MMI_SAVED_JAVA_FLAGS}")
+
+file(GLOB MMI_STRESS_SOURCES CONFIGURE_DEPENDS ${MMI_STRESS_DIR}/*.cpp)
+add_executable(mmi_stress_tests ${MMI_STRESS_SOURCES})
+target_link_libraries(mmi_stress_tests PRIVATE mmi_test_harness mmi_warnings)
+add_dependencies(mmi_stress_tests ZtMmi_jni mmi_app mmi_sim_java mmi_stress_driver pixelworks_mmi_sim)
+get_target_property(MMI_STRESS_PANEL_DIR pixelworks_mmi_sim LIBRARY_OUTPUT_DIRECTORY)
+# The run measures the process's allocations to the kilobyte, so two things that allocate
+# on their own account are off in its process: the Java VM runs interpreted with the serial
+# collector (a JIT compiler allocates and frees megabytes of native memory on timers of its
+# own), and glibc keeps no per-thread caches of freed blocks (a cached block counts as in
+# use, and what sits in the caches of eight busy threads changes with the load). The calls
+# are the same JNI calls from the same Java threads.
+# MMI_STRESS_SECONDS in the environment lengthens the run (see README); the timeout leaves
+# room for an hour. The three tests are listed here rather than discovered, so that their
+# environment (a list) reaches CTest whole.
+foreach(handset IN ITEMS Aidl Hidl Mixed)
+  add_test(NAME StressTest.${handset}Handset
+      COMMAND mmi_stress_tests --gtest_filter=StressTest.${handset}Handset)
+  set_tests_properties(StressTest.${handset}Handset PROPERTIES
+      TIMEOUT 3900
+      ENVIRONMENT "MMI_TEST_CLASSPATH=${CMAKE_BINARY_DIR}/java/mmi_stress_driver.jar;JAVA_TOOL_OPTIONS=-Xint -XX:+UseSerialGC;GLIBC_TUNABLES=glibc.malloc.tcache_count=0"
+      ENVIRONMENT_MODIFICATION "LD_LIBRARY_PATH=path_list_prepend:${MMI_STRESS_PANEL_DIR}")
+endforeach()

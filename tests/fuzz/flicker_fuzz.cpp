@@ -1,0 +1,75 @@
+// libFuzzer target: the flicker detector gives exactly the bits of the literal
+// transcription for any 256 samples, on every transform kernel the processor runs and
+// through the public entry, and does so without undefined behaviour (the build traps on
+// any UndefinedBehaviorSanitizer or AddressSanitizer report).
+//
+// Input: the first 1024 bytes are the 256 samples (little-endian int32; a shorter input
+// is padded with zeros). Two more bytes, when present, pick a window length in -4..300
+// (otherwise 256, as the system passes), and four more the sample rate's bits (any float,
+// NaN and infinities included; otherwise 1000.0).
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+
+#include "flicker_detector.h"
+#include "flicker_fast.h"
+#include "flicker_reference.h"
+
+namespace {
+
+constexpr size_t kSampleBytes = 256 * sizeof(int32_t);
+constexpr int kWindowLengths = 305;  // -4..300
+
+[[noreturn]] void Mismatch(const char* what, int expected, int actual) {
+    std::fprintf(stderr, "flicker_fuzz: %s: literal transcription %d, library %d\n", what, expected, actual);
+    std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    int samples[256] = {};
+    std::memcpy(samples, data, size < kSampleBytes ? size : kSampleBytes);
+    int windowLength = 256;
+    float rate = 1000.0f;
+    if (size >= kSampleBytes + 2) {
+        uint16_t pick;
+        std::memcpy(&pick, data + kSampleBytes, sizeof(pick));
+        windowLength = static_cast<int>(pick % kWindowLengths) - 4;
+    }
+    if (size >= kSampleBytes + 6) std::memcpy(&rate, data + kSampleBytes + 2, sizeof(rate));
+
+    float expected[500];
+    int expectedFrequency = -12345;
+    int copy[256];
+    std::memcpy(copy, samples, sizeof(copy));
+    const int expectedRc =
+            flicker_reference::DetectWithMagnitudes(copy, windowLength, expectedFrequency, rate, expected);
+
+    for (FlickerKernel kernel : {FlickerKernel::kPortable, FlickerKernel::kAvx2}) {
+        if (!FlickerKernelAvailable(kernel)) continue;
+        std::memcpy(copy, samples, sizeof(copy));
+        float magnitudes[500];
+        int frequency = -12345;
+        const int rc = FlickerDetectWithKernel(kernel, copy, windowLength, frequency, rate, &magnitudes);
+        if (rc != expectedRc) Mismatch(FlickerKernelName(kernel), expectedRc, rc);
+        if (frequency != expectedFrequency) Mismatch(FlickerKernelName(kernel), expectedFrequency, frequency);
+        for (int bin = 0; bin < 500; ++bin) {
+            if (std::memcmp(&magnitudes[bin], &expected[bin], sizeof(float)) != 0) {
+                std::fprintf(stderr, "flicker_fuzz: %s: magnitude of bin %d is %a, literal transcription %a\n",
+                             FlickerKernelName(kernel), bin, static_cast<double>(magnitudes[bin]),
+                             static_cast<double>(expected[bin]));
+                std::abort();
+            }
+        }
+    }
+    std::memcpy(copy, samples, sizeof(copy));
+    int frequency = -12345;
+    const int rc = DetectFlickerFrequence(copy, windowLength, frequency, rate);
+    if (rc != expectedRc) Mismatch("public entry, result", expectedRc, rc);
+    if (frequency != expectedFrequency) Mismatch("public entry, frequency", expectedFrequency, frequency);
+    return 0;
+}

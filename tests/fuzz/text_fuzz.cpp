@@ -1,0 +1,163 @@
+// libFuzzer target: the library's text conversions against expectations computed here
+// independently, under AddressSanitizer and UndefinedBehaviorSanitizer.
+//
+// ConvertBinToString: for any bytes and any output size, either exactly 2n lower-case
+// hexadecimal characters and not one byte more written (the output buffer is allocated to
+// its exact size, so a write past it is an AddressSanitizer report), or -1 with the output
+// untouched and exactly one ERROR line naming both sizes.
+//
+// The test-cycle record: for any station and cycle, a zero-filled 64-byte buffer whose
+// text is the first two characters of each "%02d" field, station first, or empty for the
+// cycle -100; a failing memset_s (the host library's fault switch) is reported as such.
+//
+// Input: byte 0 chooses the case (bit 0: record or hex; bit 1: fail the record's
+// memset_s), then for the record two int32 values (station, cycle), for the hex form a
+// uint16 output size followed by the bytes to convert.
+#include <android/log.h>
+#include <hostcontrol/securec_faults.h>
+#include <test_cycle_record.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "java_helpers.h"
+
+namespace {
+
+struct LogLine {
+    int priority;
+    std::string message;
+};
+std::vector<LogLine> g_lines;
+
+void CaptureLine(const __android_logger_data* data, const char* message) {
+    g_lines.push_back(LogLine{data->priority, message != nullptr ? message : ""});
+}
+
+[[noreturn]] void Fail(const std::string& what) {
+    std::fprintf(stderr, "text_fuzz: %s\n", what.c_str());
+    std::abort();
+}
+
+// "%02d" written out by hand: an optional sign, then the decimal digits, zero-padded on
+// the left to two characters including the sign.
+std::string TwoDigitField(int32_t value) {
+    const bool negative = value < 0;
+    uint64_t magnitude = negative ? static_cast<uint64_t>(-static_cast<int64_t>(value)) : static_cast<uint64_t>(value);
+    std::string digits;
+    do {
+        digits.insert(digits.begin(), static_cast<char>('0' + magnitude % 10));
+        magnitude /= 10;
+    } while (magnitude != 0);
+    std::string field = (negative ? "-" : "") + digits;
+    if (field.size() < 2) field.insert(negative ? 1 : 0, 2 - field.size(), '0');
+    return field;
+}
+
+void CheckTestCycleRecord(const uint8_t* data, size_t size, bool failMemset) {
+    int32_t station = 0;
+    int32_t cycle = 0;
+    std::memcpy(&station, data, size < 4 ? size : 4);
+    if (size > 4) std::memcpy(&cycle, data + 4, size - 4 < 4 ? size - 4 : 4);
+
+    mmi::TestCycleRecord record;
+    std::memset(record.data(), 0x5a, record.size());
+    if (failMemset) hostcontrol::FailNextMemset(SECUREC_ERANGE_AND_RESET, 1);
+    const errno_t result = mmi::FormatTestCycleRecord(station, cycle, record);
+    hostcontrol::ClearSecurecFaults();
+    if (failMemset) {
+        if (result != SECUREC_ERANGE_AND_RESET) Fail("a failed memset_s was not reported");
+        return;
+    }
+    if (result != EOK) Fail("memset_s failed without a fault: " + std::to_string(result));
+
+    const std::string expected =
+            cycle == mmi::kTestCycleNotFormatted ? "" : TwoDigitField(station).substr(0, 2) + TwoDigitField(cycle).substr(0, 2);
+    const size_t length = mmi::TestCycleRecordLength(record);
+    const std::string text(record.data(), length);
+    if (text != expected) {
+        Fail("station " + std::to_string(station) + ", cycle " + std::to_string(cycle) + ": record \"" + text +
+             "\", expected \"" + expected + "\"");
+    }
+    for (size_t i = length; i < record.size(); ++i) {
+        if (record[i] != '\0') Fail("the record is not zero-filled after its text at byte " + std::to_string(i));
+    }
+}
+
+void CheckConvertBinToString(const uint8_t* data, size_t size) {
+    uint16_t outputSize = 0;
+    std::memcpy(&outputSize, data, size < 2 ? size : 2);
+    const uint8_t* bytes = data + (size < 2 ? size : 2);
+    const auto count = static_cast<unsigned int>(size < 2 ? 0 : size - 2);
+
+    // Exactly outputSize bytes, each starting as a marker no conversion writes.
+    std::vector<char> output(outputSize, '\x7f');
+    // A zero-sized vector may hand back null; the conversion must fail then anyway.
+    char* text = output.empty() ? nullptr : output.data();
+    // The bytes in a buffer of their own exact size too (never null: null is checked below).
+    std::vector<unsigned char> input(bytes, bytes + count);
+    input.reserve(1);
+
+    g_lines.clear();
+    const int result = ConvertBinToString(input.data(), count, text, outputSize);
+    const bool valid = count != 0 && 2ull * count <= outputSize;
+    if (!valid) {
+        if (result != -1) Fail("invalid sizes accepted: numLen " + std::to_string(count) + ", strLen " + std::to_string(outputSize));
+        for (char c : output) {
+            if (c != '\x7f') Fail("a failed conversion wrote to the output");
+        }
+        const std::string line = "ZtMmiTest_jni: ConvertBinToString fail, parameter is invalid, numLen: " +
+                                 std::to_string(count) + ", strLen: " + std::to_string(outputSize);
+        if (g_lines.size() != 1 || g_lines[0].priority != ANDROID_LOG_ERROR || g_lines[0].message != line) {
+            Fail("a failed conversion did not write exactly the line \"" + line + "\"");
+        }
+        return;
+    }
+    if (result != 0) Fail("valid sizes refused: numLen " + std::to_string(count) + ", strLen " + std::to_string(outputSize));
+    if (!g_lines.empty()) Fail("a successful conversion logged \"" + g_lines[0].message + "\"");
+    static const char kDigits[] = "0123456789abcdef";
+    for (unsigned int i = 0; i < count; ++i) {
+        if (output[2 * i] != kDigits[input[i] / 16] || output[2 * i + 1] != kDigits[input[i] % 16]) {
+            Fail("byte " + std::to_string(i) + " (" + std::to_string(input[i]) + ") converted to \"" +
+                 std::string(&output[2 * i], 2) + "\"");
+        }
+    }
+    for (size_t i = 2ull * count; i < output.size(); ++i) {
+        if (output[i] != '\x7f') Fail("the conversion wrote past 2n characters at byte " + std::to_string(i));
+    }
+}
+
+// Null buffers are refused with the line naming the sizes, whatever the sizes.
+void CheckNullBuffers() {
+    unsigned char byte = 0xab;
+    char text[4] = {'\x7f', '\x7f', '\x7f', '\x7f'};
+    g_lines.clear();
+    if (ConvertBinToString(nullptr, 1, text, 4) != -1 || ConvertBinToString(&byte, 1, nullptr, 4) != -1) {
+        Fail("a null buffer was accepted");
+    }
+    if (g_lines.size() != 2 || text[0] != '\x7f') Fail("null buffers: not one line each, or the output was written");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+    __android_log_set_logger(CaptureLine);
+    CheckNullBuffers();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    if (size == 0) return 0;
+    const uint8_t mode = data[0];
+    if (mode & 1) {
+        CheckTestCycleRecord(data + 1, size - 1, (mode & 2) != 0);
+    } else {
+        CheckConvertBinToString(data + 1, size - 1);
+    }
+    return 0;
+}
