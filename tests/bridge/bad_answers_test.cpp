@@ -27,7 +27,7 @@ protected:
 TEST_P(BadAnswersTest, ServiceTextsEndAtTheirFirstZeroByte) {
     handset().factory().update([](mmisim::FactoryAnswers& a) {
         a.manufactureFileName = {0, kZeroText};
-        a.deviceInfo = {{0, {0, kZeroText}}, {5, {0, kZeroText}}, {14, {0, kZeroText}},
+        a.deviceInfo = {{0, {0, kZeroText}},  {5, {0, kZeroText}},  {14, {0, kZeroText}},
                         {35, {0, kZeroText}}, {44, {0, kZeroText}}, {77, {0, kZeroText}}};
         a.stationFlags = {{1, {0, kZeroText}}};
         a.oeminfo = std::string("A\0B", 3);
@@ -78,7 +78,8 @@ TEST_F(VibratorAnswerTest, ATextWithAZeroCharacterArrivesWhole) {
     Boot(mmisim::DeviceProfile::AllAidl());
     handset().vibrator().update([](mmisim::VibratorAnswers& a) { a.result = kZeroText; });
     EXPECT_EQ(Str("getVibratorCalibrateResultNative", "(Ljava/lang/String;)Ljava/lang/String;", J("f0")),
-              "AB\xC0\x80" "CD");
+              "AB\xC0\x80"
+              "CD");
 }
 
 TEST_P(BadAnswersTest, MillionElementTextsAndVectorsArriveWhole) {

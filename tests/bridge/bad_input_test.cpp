@@ -90,8 +90,7 @@ protected:
         ClearCalls();
         EXPECT_EQ(Quote(Str("getPowerStateNative", "(Ljava/lang/String;)Ljava/lang/String;", J16(text))),
                   Quote("power-state"));
-        EXPECT_EQ(CallsTo(handset().power(), "getPowerState"),
-                  (aidl() ? Rows{{o, kCaller, bytes}} : Rows{{o, bytes}}));
+        EXPECT_EQ(CallsTo(handset().power(), "getPowerState"), (aidl() ? Rows{{o, kCaller, bytes}} : Rows{{o, bytes}}));
 
         ClearCalls();
         EXPECT_EQ(Int("checkUsbSpeedNative", "(Ljava/lang/String;)I", J16(text)), aidl() ? 103 : 107);
@@ -181,7 +180,8 @@ TEST_P(BadInputTest, NullTextsAndArraysGiveTheFallbackOneErrorLineAndNoServiceCa
              "-1", By("SetPowerState", " fail, para is null")},
             {"setPowerStateNative(null, null)",
              [&] {
-                 return std::to_string(Int("setPowerStateNative", "(Ljava/lang/String;Ljava/lang/String;)I", none, none));
+                 return std::to_string(
+                         Int("setPowerStateNative", "(Ljava/lang/String;Ljava/lang/String;)I", none, none));
              },
              "-1", By("SetPowerState", " fail, testScene is null")},
             {"setVibratorParameterNative(null)",
@@ -196,7 +196,9 @@ TEST_P(BadInputTest, NullTextsAndArraysGiveTheFallbackOneErrorLineAndNoServiceCa
              },
              Quote(""), vibratorGetLine},
             {"setTouchScreenFeatureConfigNative(3, null)",
-             [&] { return std::to_string(Int("setTouchScreenFeatureConfigNative", "(ILjava/lang/String;)I", 3, none)); },
+             [&] {
+                 return std::to_string(Int("setTouchScreenFeatureConfigNative", "(ILjava/lang/String;)I", 3, none));
+             },
              "-1", By("SetTouchScreenFeatureConfig", " fail, config is null")},
             {"setDisplayParameterNative(2, 5, null)",
              [&] { return std::to_string(Int("setDisplayParameterNative", "(IILjava/lang/String;)I", 2, 5, none)); },
@@ -266,13 +268,18 @@ TEST_P(BadInputTest, AMillionCharacterTextReachesTheServicesWhole) {
 // same characters.
 TEST_P(BadInputTest, NonAsciiTextsArriveAsTheJavaVmEncodesThem) {
     SendTextEverywhere(u"Gr\u00fc\u00dfe \u65e5\u672c \U0001F600",
-                       "Gr\xC3\xBC\xC3\x9F" "e \xE6\x97\xA5\xE6\x9C\xAC \xED\xA0\xBD\xED\xB8\x80",
-                       "Gr\xC3\xBC\xC3\x9F" "e \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80");
+                       "Gr\xC3\xBC\xC3\x9F"
+                       "e \xE6\x97\xA5\xE6\x9C\xAC \xED\xA0\xBD\xED\xB8\x80",
+                       "Gr\xC3\xBC\xC3\x9F"
+                       "e \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80");
 }
 
 TEST_P(BadInputTest, AnEmbeddedZeroCharacterDoesNotCutTheText) {
     const std::u16string text(u"ab\0cd", 5);
-    SendTextEverywhere(text, "ab\xC0\x80" "cd", std::string("ab\0cd", 5));
+    SendTextEverywhere(text,
+                       "ab\xC0\x80"
+                       "cd",
+                       std::string("ab\0cd", 5));
 }
 
 TEST_P(BadInputTest, SignatureArraysEmptyAndVeryLong) {
@@ -346,8 +353,8 @@ TEST_P(BadInputTest, ExtremeIntegersPassThroughUnchanged) {
         EXPECT_EQ(Int("startSensorCalibrateNative", "(II)I", v, v), 0);
         EXPECT_EQ(Int("startSensorSelfTestNative", "(II)I", v, v), 0);
         EXPECT_EQ(Str("getSensorCalibrateTypeNative", "(I)Ljava/lang/String;", v), "factory");
-        for (const char* method : {"getCalibrateDelayTime", "getSelfTestDelayTime", "getCalibrateResult",
-                                   "getSelfTestResult"}) {
+        for (const char* method :
+             {"getCalibrateDelayTime", "getSelfTestDelayTime", "getCalibrateResult", "getSelfTestResult"}) {
             EXPECT_EQ(args(handset().sensors(), method), (Rows{{t}})) << method;
         }
         EXPECT_EQ(args(handset().sensors(), "startCalibrate"), (Rows{{t, t}}));

@@ -40,7 +40,8 @@ FaultStep FaultSchedule::next() {
         return start(*it, calls);
     }
     std::vector<Family> up;
-    std::copy_if(mServed.begin(), mServed.end(), std::back_inserter(up), [this](Family f) { return mDown.count(f) == 0; });
+    std::copy_if(mServed.begin(), mServed.end(), std::back_inserter(up),
+                 [this](Family f) { return mDown.count(f) == 0; });
     return kill(up[std::uniform_int_distribution<size_t>(0, up.size() - 1)(mRandom)], calls);
 }
 

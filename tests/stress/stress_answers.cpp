@@ -29,8 +29,7 @@ const std::vector<std::string> kMethodNames = {
         "getDeviceInfoNative", "nativeClearPackageName", "setBackLightBrightnessNative",
         "nativeGetDisplayPanelType", "getRsaSignInfoNative", "setDisplaySelfAdaptMinFpsNative",
         "getFlickerFrequencyAndAmplitudeNative", "getCapabilitiesNative", "getVaelonOvertimeNative",
-        "registerClientNative", "unregisterClientNative",
-};
+        "registerClientNative", "unregisterClientNative"};
 
 const char* const kCapacitanceFailInfo = "cap-stress-info";
 
@@ -95,8 +94,8 @@ void ScriptAnswers(mmisim::Handset& handset, const DeviceProfile& profile) {
         a.keepReceivedRecords = false;
         a.factoryVersion = true;
         a.manufactureFileName = {0, "mfn-stress.xml"};
-        a.deviceInfo = {{0, {0, "BSN-STRESS-0001"}},  {5, {0, "autostart-stress"}}, {14, {0, "nmcard-stress"}},
-                        {35, {0, "com.corvex.stress"}}, {44, {0, "rsa-stress"}},     {77, {0, "device-77"}}};
+        a.deviceInfo = {{0, {0, "BSN-STRESS-0001"}},    {5, {0, "autostart-stress"}}, {14, {0, "nmcard-stress"}},
+                        {35, {0, "com.corvex.stress"}}, {44, {0, "rsa-stress"}},      {77, {0, "device-77"}}};
         a.setDeviceInfoResult = 17;
         a.manufactureMode = 23;
         a.featuresCheckResult = 29;
@@ -172,7 +171,9 @@ void ScriptAnswers(mmisim::Handset& handset, const DeviceProfile& profile) {
     handset.vibrator().setRecordCalls(false);
 }
 
-bool IsPanelMethod(int method) { return method >= kGetVideoInterpolationDefaultModel && method <= kRecoverInperpolateFreshRate; }
+bool IsPanelMethod(int method) {
+    return method >= kGetVideoInterpolationDefaultModel && method <= kRecoverInperpolateFreshRate;
+}
 
 std::string PanelFallback(int method) { return method == kGetVideoInterpolationModel ? Quoted("") : "-1"; }
 
@@ -199,7 +200,8 @@ std::vector<Expectation> ExpectedAnswers(const DeviceProfile& p, int hidlFlicker
     };
     // Factory operations that only the 1.1 HIDL service offers.
     auto factoryV11 = [&](int value) {
-        return For(transport(Family::kFactory), {I(value), {kFail}, factoryMinor >= 1 ? I(value) : kFail, {kFail}, kFail});
+        return For(transport(Family::kFactory),
+                   {I(value), {kFail}, factoryMinor >= 1 ? I(value) : kFail, {kFail}, kFail});
     };
     auto displayText = [&](const std::string& value) {
         return For(transport(Family::kDisplay),
@@ -218,8 +220,11 @@ std::vector<Expectation> ExpectedAnswers(const DeviceProfile& p, int hidlFlicker
     e[4] = number(Family::kFingerprint, 73);
     // A failed AIDL transaction leaves the fresh record's status 0; HIDL keeps the preset -1.
     e[5] = For(transport(Family::kTouchScreen), {"3", {"0", kFail}, "3", {kFail}, kFail});
-    e[6] = For(transport(Family::kTouchScreen), {Quoted("cal-stress"), {kEmpty}, Quoted("cal-stress"),
-                                                 {Quoted(kCalibrateFailed)}, Quoted(kCalibrateFailed)});
+    e[6] = For(transport(Family::kTouchScreen), {Quoted("cal-stress"),
+                                                 {kEmpty},
+                                                 Quoted("cal-stress"),
+                                                 {Quoted(kCalibrateFailed)},
+                                                 Quoted(kCalibrateFailed)});
     e[7] = number(Family::kSensors, 3001);
     e[8] = number(Family::kSensors, 2003);
     e[9] = number(Family::kSensors, 79);
@@ -250,8 +255,8 @@ std::vector<Expectation> ExpectedAnswers(const DeviceProfile& p, int hidlFlicker
                 {Quoted("OEM-STRESS"), {kEmpty}, factoryMinor >= 1 ? Quoted("OEM-STRESS") : kEmpty, {kEmpty}, kEmpty});
     e[32] = For(transport(Family::kSensors), {"true", {"false"}, "true", {"false"}, "false"});
     e[33] = For(transport(Family::kSensors), {"123", {kFail}, I(hidlFlickerHz), {kFail}, kFail});
-    e[34] = For(transport(Family::kSensors), {Quoted("para-stress"), {kEmpty},
-                                              hidlParameter ? Quoted("para-stress") : kEmpty, {kEmpty}, kEmpty});
+    e[34] = For(transport(Family::kSensors),
+                {Quoted("para-stress"), {kEmpty}, hidlParameter ? Quoted("para-stress") : kEmpty, {kEmpty}, kEmpty});
     // A failed AIDL transaction leaves the 4096 ints the reply was pre-sized with; a HIDL
     // callback that never ran leaves none.
     e[35] = For(transport(Family::kSensors),
@@ -286,7 +291,8 @@ std::vector<Expectation> ExpectedAnswers(const DeviceProfile& p, int hidlFlicker
     }
     e[53] = For(transport(Family::kDisplay), {"6", {kFail}, "6", {"0"}, kFail});
     e[54] = text(Family::kFactory, "rsa-stress");
-    e[55] = For(transport(Family::kDisplay), {"67", {"-2", kFail}, displayMinor >= 4 ? "67" : kFail, {"-2", kFail}, kFail});
+    e[55] = For(transport(Family::kDisplay),
+                {"67", {"-2", kFail}, displayMinor >= 4 ? "67" : kFail, {"-2", kFail}, kFail});
     e[56] = For(transport(Family::kSensors) == Transport::kAidl ? Transport::kAidl : Transport::kNone,
                 {"[123,456]", {"null"}, "", {}, "null"});
     e[57] = For(transport(Family::kVaelon), {"[1,2]", {"null"}, "", {}, "null"});

@@ -76,14 +76,14 @@ void StressDriver::resume() {
 }
 
 bool StressDriver::pause(int64_t timeoutMillis) {
-    const jboolean paused =
-            mEnv->CallBooleanMethod(mDriver, mEnv->GetMethodID(mClass, "pause", "(J)Z"), static_cast<jlong>(timeoutMillis));
+    const jboolean paused = mEnv->CallBooleanMethod(mDriver, mEnv->GetMethodID(mClass, "pause", "(J)Z"),
+                                                    static_cast<jlong>(timeoutMillis));
     return checked("pause") && paused == JNI_TRUE;
 }
 
 bool StressDriver::stop(int64_t timeoutMillis) {
-    const jboolean stopped =
-            mEnv->CallBooleanMethod(mDriver, mEnv->GetMethodID(mClass, "stop", "(J)Z"), static_cast<jlong>(timeoutMillis));
+    const jboolean stopped = mEnv->CallBooleanMethod(mDriver, mEnv->GetMethodID(mClass, "stop", "(J)Z"),
+                                                     static_cast<jlong>(timeoutMillis));
     return checked("stop") && stopped == JNI_TRUE;
 }
 
@@ -131,8 +131,9 @@ std::string StressDriver::callOnce(int method) {
 }
 
 std::string StressDriver::callRepeatedly(int method, int times) {
-    jobject answer = mEnv->CallObjectMethod(mDriver, mEnv->GetMethodID(mClass, "callRepeatedly", "(II)Ljava/lang/String;"),
-                                            static_cast<jint>(method), static_cast<jint>(times));
+    jobject answer =
+            mEnv->CallObjectMethod(mDriver, mEnv->GetMethodID(mClass, "callRepeatedly", "(II)Ljava/lang/String;"),
+                                   static_cast<jint>(method), static_cast<jint>(times));
     if (!checked("callRepeatedly")) return "threw";
     return text(answer);
 }
