@@ -9,12 +9,16 @@
 // Each round runs one thread for S seconds (default 2), then two threads for S seconds;
 // the figures printed are the medians over the N rounds (default 3). Every answer is
 // checked in Java, and after each run the service's received calls and the captured log
-// lines are counted against the calls made. The last line is the summary
+// lines are counted against the calls made. Each run also shows how many cores the process
+// kept busy (below the thread count when other processes share the machine) and how often
+// its threads blocked (waits: what a lock every call takes shows as). The last line is the
+// summary
 // "throughput: <one> calls/s with 1 thread, <two> calls/s with 2 threads, <ratio>x".
 #include <hostcontrol/binder_control.h>
 #include <jni.h>
 #include <sim/handset.h>
 #include <sim/log_capture.h>
+#include <sys/resource.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -23,6 +27,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <thread>
 #include <vector>
@@ -88,10 +93,22 @@ struct Run {
     long long calls = 0;
     double seconds = 0.0;
     double cpuSeconds = 0.0;  // of the whole process (JVM threads included) during the run
+    long waits = 0;           // times a thread of the process went to sleep (blocked on a lock, ...)
     double perSecond() const { return static_cast<double>(calls) / seconds; }
     // Cores the process kept busy: about the thread count unless the machine is shared.
     double cores() const { return cpuSeconds / seconds; }
+    // Calls per second of the process's CPU time: what a thread count makes of the cores it
+    // gets, whatever other processes take (time spent spinning for a lock counts too).
+    double perCpuSecond() const { return static_cast<double>(calls) / cpuSeconds; }
 };
+
+// Voluntary context switches of the whole process so far: a thread that blocks (on a
+// contended lock, for example) counts one; a thread preempted by other processes does not.
+long ProcessWaits() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_nvcsw;
+}
 
 double ProcessCpuSeconds() {
     timespec now{};
@@ -119,9 +136,11 @@ public:
 
         jstring expected = mEnv->NewStringUTF(mExpected.c_str());
         const double cpuBefore = ProcessCpuSeconds();
+        const long waitsBefore = ProcessWaits();
         auto result = static_cast<jlongArray>(mEnv->CallStaticObjectMethod(
                 mClass, mRun, static_cast<jint>(threads), static_cast<jlong>(seconds * 1000.0), expected));
         const double cpuAfter = ProcessCpuSeconds();
+        const long waitsAfter = ProcessWaits();
         mEnv->DeleteLocalRef(expected);
         if (mEnv->ExceptionCheck()) {
             mEnv->ExceptionDescribe();
@@ -133,7 +152,7 @@ public:
         if (values[0] < 0) Fail("a call answered something other than the service's serial number");
         if (values[0] == 0 || values[1] <= 0) Fail("no call was made");
 
-        Run run{values[0], static_cast<double>(values[1]) / 1e9, cpuAfter - cpuBefore};
+        Run run{values[0], static_cast<double>(values[1]) / 1e9, cpuAfter - cpuBefore, waitsAfter - waitsBefore};
         const size_t served = mmisim::Handset::Get().factory().calls().size();
         if (served != static_cast<size_t>(run.calls)) {
             Fail("the factory service received " + std::to_string(served) + " calls, not " +
@@ -190,22 +209,29 @@ int main(int argc, char** argv) {
     driver.Measure(1, std::min(0.5, options.seconds));
     driver.Measure(2, std::min(0.5, options.seconds));
 
-    std::vector<double> one, two;
+    std::vector<double> one, two, oneCpu, twoCpu;
     for (int round = 1; round <= options.rounds; ++round) {
         const Run single = driver.Measure(1, options.seconds);
         const Run pair = driver.Measure(2, options.seconds);
         one.push_back(single.perSecond());
         two.push_back(pair.perSecond());
-        std::printf("round %d: 1 thread %lld calls in %.3f s = %.0f calls/s (%.2f cores busy); 2 threads %lld "
-                    "calls in %.3f s = %.0f calls/s (%.2f cores busy)\n",
-                    round, single.calls, single.seconds, single.perSecond(), single.cores(), pair.calls,
-                    pair.seconds, pair.perSecond(), pair.cores());
+        oneCpu.push_back(single.perCpuSecond());
+        twoCpu.push_back(pair.perCpuSecond());
+        for (const Run* run : {&single, &pair}) {
+            std::printf("round %d, %d thread%s: %lld calls in %.3f s = %.0f calls/s; %.2f cores busy, %.0f calls "
+                        "per CPU-second; %ld waits (%.2f per 1000 calls)\n",
+                        round, run == &single ? 1 : 2, run == &single ? "" : "s", run->calls, run->seconds,
+                        run->perSecond(), run->cores(), run->perCpuSecond(), run->waits,
+                        1000.0 * static_cast<double>(run->waits) / static_cast<double>(run->calls));
+        }
         std::fflush(stdout);
     }
     const double oneMedian = Median(one), twoMedian = Median(two);
     std::printf("getBsnNative on the simulated AIDL handset, %zu log lines per call captured, median of %d rounds "
                 "of %.1f s\n",
                 kLinesPerCall, options.rounds, options.seconds);
+    std::printf("per CPU-second: %.0f calls with 1 thread, %.0f calls with 2 threads\n", Median(oneCpu),
+                Median(twoCpu));
     std::printf("throughput: %.0f calls/s with 1 thread, %.0f calls/s with 2 threads, %.2fx\n", oneMedian, twoMedian,
                 twoMedian / oneMedian);
     std::fflush(stdout);
