@@ -4,9 +4,10 @@
 // any UndefinedBehaviorSanitizer or AddressSanitizer report).
 //
 // Input: the first 1024 bytes are the 256 samples (little-endian int32; a shorter input
-// is padded with zeros). Two more bytes, when present, pick a window length in -4..300
-// (otherwise 256, as the system passes), and four more the sample rate's bits (any float,
-// NaN and infinities included; otherwise 1000.0).
+// is repeated to fill them, so that short inputs still give 256 samples of their own). Two
+// more bytes, when present, pick a window length in -4..300 (otherwise 256, as the system
+// passes), and four more the sample rate's bits (any float, NaN and infinities included;
+// otherwise 1000.0).
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -31,8 +32,11 @@ constexpr int kWindowLengths = 305;  // -4..300
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    int samples[256] = {};
-    std::memcpy(samples, data, size < kSampleBytes ? size : kSampleBytes);
+    if (size == 0) return 0;
+    uint8_t bytes[kSampleBytes];
+    for (size_t i = 0; i < kSampleBytes; ++i) bytes[i] = data[i % size];
+    int samples[256];
+    std::memcpy(samples, bytes, sizeof(samples));
     int windowLength = 256;
     float rate = 1000.0f;
     if (size >= kSampleBytes + 2) {
