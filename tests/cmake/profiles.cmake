@@ -1,11 +1,12 @@
-# The simulated handset as a tool: device profiles, the light in front of the sensor, and
-# the demo on every shipped profile (and on a broken one), run through the real java
-# launcher with -Xcheck:jni.
+# The simulated handset as a tool: device profiles, the light in front of the sensor, the
+# log capture, and the demo on every shipped profile (and on a broken one), run through the
+# real java launcher with -Xcheck:jni.
 set(MMI_PROFILES_TEST_DIR ${CMAKE_CURRENT_LIST_DIR}/../profiles)
 
 add_executable(mmi_profile_tests
     ${MMI_PROFILES_TEST_DIR}/profile_loader_test.cpp
-    ${MMI_PROFILES_TEST_DIR}/light_source_test.cpp)
+    ${MMI_PROFILES_TEST_DIR}/light_source_test.cpp
+    ${MMI_PROFILES_TEST_DIR}/log_capture_test.cpp)
 target_link_libraries(mmi_profile_tests PRIVATE mmi_sim mmi_flicker nlohmann_json::nlohmann_json GTest::gtest_main
     mmi_warnings)
 gtest_discover_tests(mmi_profile_tests TEST_PREFIX profiles. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)

@@ -161,6 +161,7 @@ public:
         std::lock_guard<BriefLock> lock(mLock);
         mAnswers = std::make_shared<const Answers>();
         mCalls.clear();
+        mReceived = 0;
         mRecordCalls = true;
     }
 
@@ -170,6 +171,7 @@ public:
         std::shared_ptr<const Answers> current;
         {
             std::lock_guard<BriefLock> lock(mLock);
+            ++mReceived;
             if (mRecordCalls) mCalls.push_back(std::move(call));
             current = mAnswers;
         }
@@ -181,6 +183,12 @@ public:
     void setRecordCalls(bool on) {
         std::lock_guard<BriefLock> lock(mLock);
         mRecordCalls = on;
+    }
+
+    // Calls received since reset(), recorded or not: cleared calls count too.
+    size_t received() const {
+        std::lock_guard<BriefLock> lock(mLock);
+        return mReceived;
     }
 
     std::vector<Call> calls() const {
@@ -206,6 +214,7 @@ private:
     mutable BriefLock mLock;
     std::shared_ptr<const Answers> mAnswers = std::make_shared<const Answers>();
     std::deque<Call> mCalls;  // adding a call never moves the earlier ones
+    size_t mReceived = 0;
     bool mRecordCalls = true;
 };
 

@@ -27,6 +27,10 @@ public:
     std::vector<LogEntry> since(size_t mark) const;
     size_t mark() const;
     void clear();
+    // Keeps only the newest `count` entries (0, the default, keeps all): a long run keeps a
+    // bounded memory while mark() still counts every line. Entries dropped this way are
+    // gone from since() and waitFor().
+    void keepAtMost(size_t count);
 
     // Waits until some entry from `mark` on satisfies the predicate, or the time is up.
     bool waitFor(size_t mark, const std::function<bool(const LogEntry&)>& predicate,

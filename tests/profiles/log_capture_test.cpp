@@ -1,0 +1,163 @@
+// The log capture that every test reads the library's lines from: several threads logging
+// at once lose nothing, keep their order, and wake a thread waiting for their line.
+#include <android/log.h>
+#include <gtest/gtest.h>
+#include <sim/log_capture.h>
+
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using mmisim::LogCapture;
+using mmisim::LogEntry;
+
+constexpr int kThreads = 4;
+constexpr int kLinesEach = 3000;
+
+void Log(const std::string& text) { __android_log_write(ANDROID_LOG_INFO, "capture_test", text.c_str()); }
+
+// Thread t writes "t<t> <i>" for i from 0; returns when all threads are done.
+void LogFromThreads(int threads, int linesEach) {
+    std::vector<std::thread> writers;
+    for (int t = 0; t < threads; ++t) {
+        writers.emplace_back([t, linesEach] {
+            for (int i = 0; i < linesEach; ++i) Log("t" + std::to_string(t) + " " + std::to_string(i));
+        });
+    }
+    for (std::thread& writer : writers) writer.join();
+}
+
+// For each thread, the numbers of its lines in the order the capture gives them.
+std::vector<std::vector<int>> LinesByThread(const std::vector<LogEntry>& entries, int threads) {
+    std::vector<std::vector<int>> lines(static_cast<size_t>(threads));
+    for (const LogEntry& entry : entries) {
+        const size_t space = entry.message.find(' ');
+        if (entry.tag != "capture_test" || entry.message[0] != 't' || space == std::string::npos) continue;
+        const int t = std::stoi(entry.message.substr(1, space - 1));
+        lines[static_cast<size_t>(t)].push_back(std::stoi(entry.message.substr(space + 1)));
+    }
+    return lines;
+}
+
+std::vector<int> Count(int n) {
+    std::vector<int> numbers;
+    for (int i = 0; i < n; ++i) numbers.push_back(i);
+    return numbers;
+}
+
+class LogCaptureTest : public ::testing::Test {
+protected:
+    void SetUp() override { capture.clear(); }
+    void TearDown() override {
+        capture.keepAtMost(0);
+        capture.clear();
+    }
+    LogCapture& capture = LogCapture::Install();
+};
+
+TEST_F(LogCaptureTest, ThreadsLoggingAtOnceLoseNothingAndKeepTheirOrder) {
+    const size_t mark = capture.mark();
+    LogFromThreads(kThreads, kLinesEach);
+
+    EXPECT_EQ(capture.mark() - mark, static_cast<size_t>(kThreads * kLinesEach));
+    const std::vector<LogEntry> entries = capture.since(mark);
+    ASSERT_EQ(entries.size(), static_cast<size_t>(kThreads * kLinesEach));
+    const auto lines = LinesByThread(entries, kThreads);
+    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(lines[static_cast<size_t>(t)], Count(kLinesEach)) << "thread " << t;
+    EXPECT_EQ(entries.front().priority, ANDROID_LOG_INFO);
+}
+
+TEST_F(LogCaptureTest, LinesOfOneThreadFollowThoseOfAnotherItWaitedFor) {
+    const size_t mark = capture.mark();
+    Log("zero");
+    std::thread first([] { Log("first"); });
+    first.join();
+    std::thread second([] { Log("second"); });
+    second.join();
+    Log("third");
+
+    const std::vector<LogEntry> entries = capture.since(mark);
+    ASSERT_EQ(entries.size(), 4u);
+    EXPECT_EQ(entries[0].message, "zero");
+    EXPECT_EQ(entries[1].message, "first");
+    EXPECT_EQ(entries[2].message, "second");
+    EXPECT_EQ(entries[3].message, "third");
+}
+
+TEST_F(LogCaptureTest, SinceAMarkGivesOnlyLaterLines) {
+    Log("before");
+    const size_t mark = capture.mark();
+    Log("after");
+    const std::vector<LogEntry> entries = capture.since(mark);
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].message, "after");
+}
+
+TEST_F(LogCaptureTest, WaitingWakesOnALineFromAnotherThreadAmongMany) {
+    capture.keepAtMost(1000);  // the noise must not fill the memory if the waiter oversleeps
+    const size_t mark = capture.mark();
+    std::atomic<bool> stop{false};
+    std::atomic<bool> scanned{false};  // the waiter has looked at the lines once
+    std::thread flood([&] {
+        while (!stop.load()) Log("noise");
+    });
+    std::thread needle([&] {
+        while (!scanned.load()) Log("hay");
+        Log("needle");
+    });
+    const bool found = capture.waitFor(
+            mark,
+            [&](const LogEntry& entry) {
+                scanned = true;
+                return entry.message == "needle";
+            },
+            std::chrono::seconds(10));
+    needle.join();
+    stop = true;
+    flood.join();
+    EXPECT_TRUE(found);
+    EXPECT_FALSE(capture.waitForMessage(mark, ANDROID_LOG_INFO, "never written", std::chrono::milliseconds(50)));
+}
+
+TEST_F(LogCaptureTest, LinesOfAThreadThatHasEndedStayUntilCleared) {
+    const size_t mark = capture.mark();
+    std::thread([] { Log("from an ended thread"); }).join();
+    ASSERT_EQ(capture.since(mark).size(), 1u);
+    EXPECT_EQ(capture.since(mark)[0].message, "from an ended thread");
+
+    capture.clear();
+    EXPECT_TRUE(capture.since(mark).empty());
+    EXPECT_EQ(capture.mark(), mark + 1);  // marks count every line ever written
+    Log("after the clear");
+    ASSERT_EQ(capture.since(mark).size(), 1u);
+    EXPECT_EQ(capture.since(mark)[0].message, "after the clear");
+}
+
+TEST_F(LogCaptureTest, KeepingAFewLinesKeepsTheNewestOfEachThreadAndCountsAll) {
+    constexpr int kKept = 10;
+    capture.keepAtMost(kKept);
+    const size_t mark = capture.mark();
+    LogFromThreads(kThreads, kLinesEach);
+
+    EXPECT_EQ(capture.mark() - mark, static_cast<size_t>(kThreads * kLinesEach));
+    const auto lines = LinesByThread(capture.since(mark), kThreads);
+    std::vector<int> newest;
+    for (int i = kLinesEach - kKept; i < kLinesEach; ++i) newest.push_back(i);
+    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(lines[static_cast<size_t>(t)], newest) << "thread " << t;
+
+    // Without the limit every line is kept; setting it again drops all but the newest.
+    capture.keepAtMost(0);
+    const std::string mine = "t" + std::to_string(kThreads) + " ";
+    for (int i = 0; i < 3 * kKept; ++i) Log(mine + std::to_string(i));
+    EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], Count(3 * kKept));
+    capture.keepAtMost(kKept);
+    std::vector<int> lastOfMine;
+    for (int i = 2 * kKept; i < 3 * kKept; ++i) lastOfMine.push_back(i);
+    EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], lastOfMine);
+}
+
+}  // namespace
