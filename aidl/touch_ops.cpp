@@ -17,31 +17,13 @@ using vendor::zentel::hardware::tp::ITPIntString;
 namespace native_aidl {
 namespace {
 
-constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
 constexpr const char* kFailInfoField = "sTpCapacitanceFailInfo";
 
 // Hands the capacitance test's text to the Java side through the static String field
 // MmiNativeManager.sTpCapacitanceFailInfo. A lookup that fails is logged and its exception
 // cleared, so the test's status still reaches Java.
 void StoreCapacitanceFailInfo(JNIEnv* env, const std::string& info) {
-    constexpr const char* kOperation = "GetCapacitanceTestResult by aidl";
-    jclass clazz = env->FindClass(kNativeManagerClass);
-    if (clazz == nullptr) {
-        mmi::ReportFailedLookup(env, kOperation, "class", kNativeManagerClass);
-        return;
-    }
-    jfieldID field = env->GetStaticFieldID(clazz, kFailInfoField, "Ljava/lang/String;");
-    if (field == nullptr) {
-        mmi::ReportFailedLookup(env, kOperation, "static field", kFailInfoField);
-        env->DeleteLocalRef(clazz);
-        return;
-    }
-    jstring text = NewJavaString(env, info);
-    if (text != nullptr) {
-        env->SetStaticObjectField(clazz, field, text);
-        env->DeleteLocalRef(text);
-    }
-    env->DeleteLocalRef(clazz);
+    mmi::SetStaticStringField(env, "GetCapacitanceTestResult by aidl", mmi::kNativeManagerClass, kFailInfoField, info);
 }
 
 }  // namespace

@@ -25,7 +25,6 @@ using vendor::zentel::hardware::camera::vaelon::VAELONServiceResult;
 namespace native_aidl {
 namespace {
 
-constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
 constexpr const char* kRegisterSuccessMethod = "RegisterSuccess";
 constexpr jint kJniVersion = 0x10004;  // JNI 1.4
 // The name this library registers under.
@@ -91,9 +90,9 @@ public:
 void PrepareJavaCallbackTarget(JNIEnv* env) {
     JavaCallbackTarget target;
     if (env->GetJavaVM(&target.vm) != JNI_OK) target.vm = nullptr;
-    jclass clazz = env->FindClass(kNativeManagerClass);
+    jclass clazz = env->FindClass(mmi::kNativeManagerClass);
     if (clazz == nullptr) {
-        mmi::ReportFailedLookup(env, "RegisterClient by aidl", "class", kNativeManagerClass);
+        mmi::ReportFailedLookup(env, "RegisterClient by aidl", "class", mmi::kNativeManagerClass);
     } else {
         target.nativeClass = static_cast<jclass>(env->NewGlobalRef(clazz));
         env->DeleteLocalRef(clazz);

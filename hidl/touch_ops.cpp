@@ -18,7 +18,6 @@ namespace {
 
 using TouchScreenV1_0 = hw::tp::V1_0::ITouchscreen;
 
-constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
 constexpr const char* kFailInfoField = "sTpCapacitanceFailInfo";
 constexpr const char* kCalibrateFailedText = "Capacitance Calibrate Failed";
 constexpr const char* kRotateCrownFailedText = "error";
@@ -27,24 +26,7 @@ constexpr const char* kRotateCrownFailedText = "error";
 // MmiNativeManager.sTpCapacitanceFailInfo. A lookup that fails is logged and its exception
 // cleared, so the test's status still reaches Java.
 void StoreCapacitanceFailInfo(JNIEnv* env, const std::string& info) {
-    constexpr const char* kOperation = "GetCapacitanceTestResult by hidl";
-    jclass clazz = env->FindClass(kNativeManagerClass);
-    if (clazz == nullptr) {
-        mmi::ReportFailedLookup(env, kOperation, "class", kNativeManagerClass);
-        return;
-    }
-    jfieldID field = env->GetStaticFieldID(clazz, kFailInfoField, "Ljava/lang/String;");
-    if (field == nullptr) {
-        mmi::ReportFailedLookup(env, kOperation, "static field", kFailInfoField);
-        env->DeleteLocalRef(clazz);
-        return;
-    }
-    jstring text = NewJavaString(env, info);
-    if (text != nullptr) {
-        env->SetStaticObjectField(clazz, field, text);
-        env->DeleteLocalRef(text);
-    }
-    env->DeleteLocalRef(clazz);
+    mmi::SetStaticStringField(env, "GetCapacitanceTestResult by hidl", mmi::kNativeManagerClass, kFailInfoField, info);
 }
 
 }  // namespace

@@ -111,6 +111,28 @@ JavaBytes ReadJavaBytes(JNIEnv* env, jbyteArray array) {
 
 jstring NewJavaString(JNIEnv* env, const char* text) { return env->NewStringUTF(text != nullptr ? text : ""); }
 
+bool SetStaticStringField(JNIEnv* env, const char* operation, const char* className, const char* fieldName,
+                          const std::string& text) {
+    jclass clazz = env->FindClass(className);
+    if (clazz == nullptr) {
+        ReportFailedLookup(env, operation, "class", className);
+        return false;
+    }
+    jfieldID field = env->GetStaticFieldID(clazz, fieldName, "Ljava/lang/String;");
+    if (field == nullptr) {
+        ReportFailedLookup(env, operation, "static field", fieldName);
+        env->DeleteLocalRef(clazz);
+        return false;
+    }
+    jstring value = NewJavaString(env, text);
+    if (value != nullptr) {
+        env->SetStaticObjectField(clazz, field, value);
+        env->DeleteLocalRef(value);
+    }
+    env->DeleteLocalRef(clazz);
+    return value != nullptr;
+}
+
 jintArray NewJavaIntArray(JNIEnv* env, const int32_t* values, size_t count) {
     jintArray array = env->NewIntArray(static_cast<jsize>(count));
     if (array != nullptr && count > 0) {

@@ -21,6 +21,9 @@ int ConvertBinToString(const unsigned char* num, unsigned int numLen, char* str,
 
 namespace mmi {
 
+// The application's class that declares the native methods.
+constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
+
 // Clears the exception that a failed class, field or method lookup left pending, for
 // callers whose own error line already reports the failure.
 void ClearPendingException(JNIEnv* env);
@@ -63,6 +66,11 @@ JavaBytes ReadJavaBytes(JNIEnv* env, jbyteArray array);
 // A new Java string of a C text (up to its first zero byte).
 jstring NewJavaString(JNIEnv* env, const char* text);
 inline jstring NewJavaString(JNIEnv* env, const std::string& text) { return NewJavaString(env, text.c_str()); }
+
+// Sets a static String field of a Java class to the text. A lookup that fails is logged
+// for the operation and its exception cleared; returns whether the field was set.
+bool SetStaticStringField(JNIEnv* env, const char* operation, const char* className, const char* fieldName,
+                          const std::string& text);
 
 // A new Java int array holding the values.
 jintArray NewJavaIntArray(JNIEnv* env, const int32_t* values, size_t count);

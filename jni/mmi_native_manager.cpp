@@ -17,7 +17,6 @@ using mmi::kLogPrefix;
 namespace {
 
 constexpr jint kJniVersion = 0x10004;  // JNI 1.4
-constexpr const char* kNativeManagerClass = "com/corvex/mmitest/controller/MmiNativeManager";
 
 // The Java capacitance test passes no argument; the operations take one they never use.
 constexpr jint kUnusedArgument = 0;
@@ -356,7 +355,7 @@ bool RegisterNativeMethods(JNIEnv* env) {
         MMI_LOGE("%s: RegisterNativeMethods fail, env is null", kLogPrefix);
         return false;
     }
-    jclass clazz = env->FindClass(kNativeManagerClass);
+    jclass clazz = env->FindClass(mmi::kNativeManagerClass);
     if (clazz == nullptr) {
         mmi::ClearPendingException(env);
         MMI_LOGE("%s: RegisterNativeMethods fail, class not found", kLogPrefix);
