@@ -9,7 +9,6 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdlib>
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -24,35 +23,67 @@ struct Stored {
     LogEntry entry;
 };
 
-// The entries one thread wrote, oldest first. Unbounded, a deque: adding an entry never
-// moves the ones before it. Bounded (keepAtMost), a ring whose slots are reused: the newest
-// entry takes the oldest one's strings, so a long run logs without allocating.
+// The entries one thread wrote, oldest first, in a ring of slots that are reused: a new
+// entry takes the strings of the slot it lands in, so a thread allocates only while its ring
+// grows. Unbounded, a full ring doubles. Bounded (keepAtMost), the ring takes all its slots
+// at once, each with room for a usual line, and the newest entry replaces the oldest: its
+// memory does not change as lines come (unless a line is longer than that room). Entries
+// numbered below a clear's watermark are forgotten by the thread itself when it next logs,
+// and their slots serve its next lines: a thread's memory stays at the most lines it wrote
+// between two clears (or the bound).
 class ThreadLog {
 public:
     BriefLock lock;  // taken by its thread for every entry, by readers now and then
 
-    void add(size_t number, int priority, const char* tag, const char* message) {
-        if (mKeep == 0) {
-            mAll.push_back(Stored{number, LogEntry{priority, tag, message}});
-        } else if (mRing.size() < mKeep) {
-            mRing.push_back(Stored{number, LogEntry{priority, tag, message}});
-        } else {
-            Stored& slot = mRing[mFirst];
-            slot.number = number;
-            slot.entry.priority = priority;
-            slot.entry.tag.assign(tag);
-            slot.entry.message.assign(message);
-            mFirst = (mFirst + 1) % mRing.size();
+    void add(size_t number, int priority, const char* tag, const char* message, size_t cleared) {
+        forgetBelow(cleared);
+        if (mCount == mSlots.size()) {
+            if (mKeep != 0) {
+                mFirst = (mFirst + 1) % mSlots.size();  // the oldest entry makes room
+                --mCount;
+            } else {
+                reshape(std::max<size_t>(kFirstSlots, 2 * mSlots.size()));
+            }
         }
+        Stored& slot = mSlots[(mFirst + mCount) % mSlots.size()];
+        slot.number = number;
+        slot.entry.priority = priority;
+        slot.entry.tag.assign(tag);
+        slot.entry.message.assign(message);
+        ++mCount;
     }
 
-    size_t size() const { return mKeep == 0 ? mAll.size() : mRing.size(); }
-    Stored& operator[](size_t i) { return mKeep == 0 ? mAll[i] : mRing[(mFirst + i) % mRing.size()]; }
+    size_t size() const { return mCount; }
+    Stored& operator[](size_t i) { return mSlots[(mFirst + i) % mSlots.size()]; }
 
-    // Appends the entries numbered `from` or later. Numbers grow from the oldest entry to
-    // the newest, so the first one is found by halving: a waiter that rescans on every new
-    // line does not walk a long log each time.
+    // Appends the entries numbered `from` or later.
     void copySince(size_t from, std::vector<Stored>& out) {
+        for (size_t i = firstFrom(from); i < size(); ++i) out.push_back((*this)[i]);
+    }
+
+    // Keeps at most the newest `keep` entries from now on (0: all).
+    void setKeep(size_t keep) {
+        mKeep = keep;
+        if (keep != 0 && mCount > keep) {
+            mFirst = (mFirst + mCount - keep) % mSlots.size();
+            mCount = keep;
+        }
+        if (keep != 0 && mSlots.size() != keep) reshape(keep);
+    }
+
+    bool ended = false;  // its thread has exited (under the store's registry lock)
+
+private:
+    static constexpr size_t kFirstSlots = 64;
+    // Room a bounded log's slot has from the start: the library's lines and the process
+    // name (the tag) fit.
+    static constexpr size_t kSlotMessageBytes = 512;
+    static constexpr size_t kSlotTagBytes = 32;
+
+    // The place of the first entry numbered `from` or later. Numbers grow from the oldest
+    // entry to the newest, so it is found by halving: a waiter that rescans on every new
+    // line does not walk a long log each time.
+    size_t firstFrom(size_t from) {
         size_t low = 0, high = size();
         while (low < high) {
             const size_t middle = low + (high - low) / 2;
@@ -62,45 +93,36 @@ public:
                 high = middle;
             }
         }
-        for (size_t i = low; i < size(); ++i) out.push_back((*this)[i]);
+        return low;
     }
 
-    // Keeps at most the newest `keep` entries from now on (0: all).
-    void setKeep(size_t keep) {
-        std::deque<Stored> kept;
-        const size_t count = size();
-        for (size_t i = keep != 0 && count > keep ? count - keep : 0; i < count; ++i) {
-            kept.push_back(std::move((*this)[i]));
+    void forgetBelow(size_t cleared) {
+        if (mCount == 0 || (*this)[0].number >= cleared) return;
+        const size_t forgotten = firstFrom(cleared);
+        mFirst = (mFirst + forgotten) % mSlots.size();
+        mCount -= forgotten;
+    }
+
+    // Moves the entries, oldest first, into a ring of `capacity` slots (at least mCount).
+    void reshape(size_t capacity) {
+        std::vector<Stored> slots;
+        slots.reserve(capacity);
+        for (size_t i = 0; i < mCount; ++i) slots.push_back(std::move((*this)[i]));
+        slots.resize(capacity);
+        if (mKeep != 0) {
+            for (size_t i = mCount; i < capacity; ++i) {
+                slots[i].entry.message.reserve(kSlotMessageBytes);
+                slots[i].entry.tag.reserve(kSlotTagBytes);
+            }
         }
-        mAll.clear();
-        mRing.clear();
+        mSlots.swap(slots);
         mFirst = 0;
-        mKeep = keep;
-        if (keep == 0) {
-            mAll = std::move(kept);
-        } else {
-            mRing.reserve(keep);
-            for (Stored& stored : kept) mRing.push_back(std::move(stored));
-        }
     }
 
-    // Empties the log; the storage goes to the caller, to be freed outside the lock.
-    void clearInto(std::deque<Stored>& freedAll, std::vector<Stored>& freedRing) {
-        freedAll.swap(mAll);
-        freedRing.swap(mRing);
-        mAll.clear();
-        mRing.clear();
-        mFirst = 0;
-        if (mKeep != 0) mRing.reserve(mKeep);
-    }
-
-    bool ended = false;  // its thread has exited (under the store's registry lock)
-
-private:
     size_t mKeep = 0;
-    std::deque<Stored> mAll;
-    std::vector<Stored> mRing;
-    size_t mFirst = 0;  // the oldest slot of a full ring
+    std::vector<Stored> mSlots;
+    size_t mFirst = 0;  // the oldest entry's slot
+    size_t mCount = 0;
 };
 
 // Every logging thread stores its entries in its own log, so that threads logging at once
@@ -108,6 +130,7 @@ private:
 // merge the logs by entry number.
 struct Store {
     std::atomic<size_t> numbered{0};  // entries written since the start of the process
+    std::atomic<size_t> cleared{0};   // entries numbered below it are forgotten
     std::atomic<int> waiting{0};      // threads in waitFor
     std::atomic<bool> observed{false};
     int file = -1;
@@ -174,7 +197,7 @@ void Hook(const __android_logger_data* data, const char* message) {
     ThreadLog& log = MyLog();
     {
         std::lock_guard<BriefLock> lock(log.lock);
-        log.add(store.numbered.fetch_add(1), data->priority, tag, text);
+        log.add(store.numbered.fetch_add(1), data->priority, tag, text, store.cleared.load());
     }
     // A waiter counts itself before its scan, which takes this log's lock: either the scan
     // came after the entry and saw it, or it came before, and then the count is seen here
@@ -204,6 +227,7 @@ std::vector<Stored> Merged(const Store& store, size_t from, size_t* limit) {
     for (const auto& log : store.logs) locks.emplace_back(log->lock);
     if (limit != nullptr) *limit = store.numbered.load();
     std::vector<Stored> merged;
+    from = std::max(from, store.cleared.load());
     for (const auto& log : store.logs) log->copySince(from, merged);
     locks.clear();
     std::sort(merged.begin(), merged.end(), [](const Stored& a, const Stored& b) { return a.number < b.number; });
@@ -252,21 +276,20 @@ size_t LogCapture::mark() const { return TheStore().numbered.load(); }
 
 void LogCapture::clear() {
     Store& store = TheStore();
-    std::vector<std::shared_ptr<ThreadLog>> logs;
+    std::vector<std::shared_ptr<ThreadLog>> ended;
     {
         std::lock_guard<std::mutex> lock(store.lock);
-        // Logs of threads that have exited go with their entries.
-        logs.swap(store.logs);
-        for (const auto& log : logs) {
-            if (!log->ended) store.logs.push_back(log);
-        }
-    }
-    // The storage is freed outside the logs' locks: loggers do not wait for it.
-    for (const auto& log : logs) {
-        std::deque<Stored> freedAll;
-        std::vector<Stored> freedRing;
-        std::lock_guard<BriefLock> lock(log->lock);
-        log->clearInto(freedAll, freedRing);
+        // Every entry numbered so far is forgotten: readers skip it, and each logging
+        // thread drops its own when it next logs. A clear never waits for a logging
+        // thread's lock, which a thread logging flat out would hardly ever leave free, and
+        // never frees what that thread would allocate again.
+        store.cleared.store(store.numbered.load());
+        // Logs of threads that have exited go with their entries (freed below, outside the
+        // lock).
+        auto live = std::partition(store.logs.begin(), store.logs.end(),
+                                   [](const std::shared_ptr<ThreadLog>& log) { return !log->ended; });
+        ended.assign(std::make_move_iterator(live), std::make_move_iterator(store.logs.end()));
+        store.logs.erase(live, store.logs.end());
     }
 }
 

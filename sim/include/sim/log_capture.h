@@ -26,10 +26,13 @@ public:
     // Entries written since the mark (a count returned by mark()).
     std::vector<LogEntry> since(size_t mark) const;
     size_t mark() const;
+    // Forgets every entry. It costs the same however many there are, and logging threads
+    // reuse the memory of their forgotten entries, so a capture cleared now and then holds
+    // at most what each thread logs between two clears.
     void clear();
-    // Keeps only the newest `count` entries (0, the default, keeps all): a long run keeps a
-    // bounded memory while mark() still counts every line. Entries dropped this way are
-    // gone from since() and waitFor().
+    // Keeps only the newest `count` entries of each thread (0, the default, keeps all): a
+    // long run keeps a bounded memory while mark() still counts every line. Entries dropped
+    // this way are gone from since() and waitFor().
     void keepAtMost(size_t count);
 
     // Waits until some entry from `mark` on satisfies the predicate, or the time is up.
