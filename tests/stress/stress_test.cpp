@@ -13,8 +13,13 @@
 //
 // MMI_STRESS_SECONDS sets the time of the load per handset (default 4), MMI_STRESS_THREADS
 // the number of Java threads (default and least 8), MMI_STRESS_SEED the schedule's seed.
+// A run ends within MMI_STRESS_TIME_FACTOR times its load time (set by the build, which
+// gives CTest's timeout from the same figure): every wait is cut to the time left, and a
+// round that cannot close in it fails with what it was waiting for.
 #include <android/hidl/manager/1.0/IServiceNotification.h>
 #include <gtest/gtest.h>
+#include <hostcontrol/binder_control.h>
+#include <hostcontrol/hidl_control.h>
 #include <malloc.h>
 #include <unistd.h>
 #include <vendor/zentel/hardware/hwdisplay/1.0/IDisplay.h>
@@ -54,8 +59,17 @@ using Clock = std::chrono::steady_clock;
 
 // A call that has not returned after this long is taken as hung.
 constexpr int64_t kCallBoundMillis = 10000;
-// Bound of every wait on the load (calls made, workers pausing).
+// Bound of every wait on the load (calls made, workers pausing), within the run's time.
 constexpr int64_t kWaitMillis = 60000;
+// Lines each thread's log keeps: the run counts the lines it needs as they are written (a
+// log observer), so the capture needs only the newest few, for the waits on a line and
+// for a failure's report. Bounded this way, the capture's memory is the same however many
+// lines the load writes and however slow the process is (a sanitizer's allocator). Few
+// enough that even the notice threads, which log only at deaths, fill their logs in the
+// first round, which the memory check does not count.
+constexpr size_t kKeptLinesPerThread = 256;
+// Lines of the library shown when a round cannot close in time.
+constexpr size_t kLinesInReport = 12;
 // Calls between two steps of the fault schedule.
 constexpr int64_t kMinGap = 200;
 constexpr int64_t kMaxGap = 3000;
@@ -199,10 +213,61 @@ class StressTest : public MmiTest {
 protected:
     void TearDown() override {
         log().setObserver({});
+        log().keepAtMost(0);
         MmiTest::TearDown();
     }
 
-    // The process's memory after a Java collection, with the test's own log storage freed.
+    // Milliseconds left of the run's time, at most `bound`.
+    int64_t Left(int64_t bound = kWaitMillis) const {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(mDeadline - Clock::now()).count();
+        return std::max<int64_t>(0, std::min<int64_t>(bound, left));
+    }
+
+    // Why a wait ended without what it waited for: the run's time is up, or the wait's own
+    // bound passed.
+    std::string Expired(int64_t waitedMillis) const {
+        if (Left() == 0) {
+            return "the run's time is up (" + std::to_string(mRunSeconds) + " s, " +
+                   std::to_string(MMI_STRESS_TIME_FACTOR) + " times its load time)";
+        }
+        return "nothing for " + std::to_string(waitedMillis) + " ms";
+    }
+
+    // What the handset and the library were doing, for a round that could not close.
+    std::string Situation() {
+        std::string down;
+        for (Family family : mmisim::kAllFamilies) {
+            if (handset().profile()[family].transport != Transport::kNone && !handset().IsRunning(family)) {
+                down += std::string(down.empty() ? "" : ", ") + mmisim::FamilyName(family);
+            }
+        }
+        std::string text = "services down: " + (down.empty() ? std::string("none") : down) + "; the last lines:";
+        const size_t mark = log().mark();
+        for (const mmisim::LogEntry& entry : log().since(mark > kLinesInReport ? mark - kLinesInReport : 0)) {
+            text += "\n    " + mmisim::LogCapture::Brief(entry);
+        }
+        return text;
+    }
+
+    // Waits until every death and registration notice has been handled (the library's
+    // recoveries have ended), within the run's time.
+    bool Settled(const std::string& what) {
+        // A HIDL notice may post a binder notice and the other way round: settle both twice.
+        const int64_t bound = Left(kNoticeTimeout.count());
+        bool idle = true;
+        for (int round = 0; round < 2; ++round) {
+            idle = hostcontrol::WaitForHidlNotices(std::chrono::milliseconds(Left(bound))) && idle;
+            idle = hostcontrol::WaitForBinderNotices(std::chrono::milliseconds(Left(bound))) && idle;
+        }
+        if (!idle) {
+            ADD_FAILURE() << what << ": the library's recoveries did not end (" << Expired(bound) << "); "
+                          << Situation();
+        }
+        return idle;
+    }
+
+    // The process's memory after a Java collection, with the logs of threads that have ended
+    // freed.
     Memory Measure() {
         log().clear();
         auto noException = [this] {
@@ -251,20 +316,27 @@ protected:
         return static_cast<double>(after.mallocInUse - before.mallocInUse) / kPricingCalls;
     }
 
-    // Waits until the load has made `gap` more calls; a failure (hung call, load stopped)
-    // is reported.
-    bool Await(StressDriver& driver, int64_t gap) {
-        if (driver.awaitCalls(driver.calls() + gap, kWaitMillis)) return true;
+    // Waits until the load has made `gap` more calls, within the run's time; a failure
+    // (hung call, load stopped, time up) is reported with what the wait was for.
+    bool Await(StressDriver& driver, int64_t gap, const std::string& what) {
+        const int64_t from = driver.calls();
+        const int64_t bound = Left();
+        if (driver.awaitCalls(from + gap, bound)) return true;
         const std::optional<std::string> stall = driver.stall();
-        ADD_FAILURE() << (stall ? "a call did not return: " + *stall
-                                : "the load made no progress for " + std::to_string(kWaitMillis) + " ms");
+        if (stall) {
+            ADD_FAILURE() << what << ": a call did not return: " << *stall;
+        } else {
+            ADD_FAILURE() << what << ": " << driver.calls() - from << " of " << gap << " calls made, "
+                          << Expired(bound) << "; " << Situation();
+        }
         return false;
     }
 
-    bool Apply(StressDriver& driver, const FaultStep& step) {
-        if (!Await(driver, step.afterCalls)) return false;
-        // The lines are counted as they are written; the store need not keep them.
-        log().clear();
+    bool Apply(StressDriver& driver, const FaultStep& step, int round) {
+        const std::string what = "round " + std::to_string(round) + ", waiting for calls before " +
+                                 (step.action == FaultStep::Action::kKill ? "killing " : "starting ") +
+                                 mmisim::FamilyName(step.family);
+        if (!Await(driver, step.afterCalls, what)) return false;
         if (step.action == FaultStep::Action::kKill) {
             handset().Kill(step.family);
         } else {
@@ -369,6 +441,9 @@ protected:
 
     void Run(const DeviceProfile& profile, uint32_t handsetIndex) {
         const Settings settings = SettingsFor(handsetIndex);
+        mRunSeconds = static_cast<int64_t>(settings.seconds * MMI_STRESS_TIME_FACTOR);
+        mDeadline = Clock::now() + std::chrono::seconds(mRunSeconds);
+        log().keepAtMost(kKeptLinesPerThread);
         Boot(profile);
         mmistress::ScriptAnswers(handset(), profile);
 
@@ -405,40 +480,45 @@ protected:
             driver.resume();
             const Clock::time_point roundEnd = Clock::now() + roundTime;
             bool running = true;
-            while (running && Clock::now() < roundEnd) running = Apply(driver, schedule.next());
-            for (const FaultStep& step : schedule.windDown()) running = running && Apply(driver, step);
+            const std::string name = "round " + std::to_string(round);
+            while (running && Clock::now() < roundEnd) running = Apply(driver, schedule.next(), round);
+            for (const FaultStep& step : schedule.windDown()) running = running && Apply(driver, step, round);
             // Every service is up: the library finishes its recoveries under the load, and
             // the round closes with every service dying and coming back at once.
-            running = running && Await(driver, kTailCalls);
-            if (running && !NoticesDelivered()) {
-                ADD_FAILURE() << "round " << round << ": the library's recoveries did not end";
-                running = false;
-            }
-            for (const FaultStep& step : schedule.closing()) running = running && Apply(driver, step);
-            running = running && Await(driver, kTailCalls);
-            if (!driver.pause(kWaitMillis)) {
+            running = running && Await(driver, kTailCalls, name + ", waiting for calls with every service up");
+            running = running && Settled(name + ", every service up");
+            for (const FaultStep& step : schedule.closing()) running = running && Apply(driver, step, round);
+            running = running && Await(driver, kTailCalls, name + ", waiting for calls after the closing restarts");
+            if (!driver.pause(Left())) {
                 const std::optional<std::string> stall = driver.stall();
-                FAIL() << "the Java threads did not pause: " << (stall ? *stall : "a call is still running");
+                FAIL() << name << ": the Java threads did not pause: " << (stall ? *stall : "a call is still running");
             }
             if (!running) break;
-            ASSERT_TRUE(NoticesDelivered()) << "round " << round << ": notices still pending";
+            ASSERT_TRUE(Settled(name + ", load paused"));
             CheckAnswers(driver, expected, round, calls, faultAnswers);
             ExpectEveryFamilyConnected(driver, expected, panelPresent && counts.hidlDeathNotices == 0,
-                                       counts.fingerprintWithoutSession > 0, "after round " + std::to_string(round));
-            memory.push_back(Measure());
+                                       counts.fingerprintWithoutSession > 0, "after " + name);
+            if (kMemoryMeasured) memory.push_back(Measure());
             kept.push_back(Kept::Of(counts));
             deathsSoFar.push_back(schedule.aidlDeaths() + schedule.hidlDeaths());
         }
         const double seconds = std::chrono::duration<double>(Clock::now() - started).count();
-        EXPECT_TRUE(driver.stop(kWaitMillis));
+        // The Java threads stay (paused) until the end: a thread that ends frees its log of
+        // lines, which the pricing below must not count.
+        struct StopAtEnd {
+            StressDriver& driver;
+            int64_t millis;
+            ~StopAtEnd() { EXPECT_TRUE(driver.stop(millis)); }
+        } stopAtEnd{driver, std::max<int64_t>(Left(), 1000)};
         for (const std::string& failure : driver.failures()) ADD_FAILURE() << failure;
         if (HasFailure()) return;
 
         const int deaths = schedule.aidlDeaths() + schedule.hidlDeaths();
-        std::printf("[stress] %s handset: %d Java threads, %d rounds, %.1f s, %lld calls, %d service deaths (%d AIDL, "
-                    "%d HIDL; the library saw %lld AIDL and %lld HIDL death notices), %lld calls met a service that "
-                    "was down or dying\n",
-                    profile.name.c_str(), settings.threads, static_cast<int>(memory.size()), seconds,
+        std::printf("[stress] %s handset: %d Java threads, %d rounds, %.1f s (the run may take %lld s), %lld calls, %d "
+                    "service deaths (%d AIDL, %d HIDL; the library saw %lld AIDL and %lld HIDL death notices), %lld "
+                    "calls met a service that was down or dying\n",
+                    profile.name.c_str(), settings.threads, static_cast<int>(kept.size()), seconds,
+                    static_cast<long long>(mRunSeconds),
                     static_cast<long long>(calls), deaths, schedule.aidlDeaths(), schedule.hidlDeaths(),
                     static_cast<long long>(counts.aidlDeathNotices.load()),
                     static_cast<long long>(counts.hidlDeathNotices.load()), static_cast<long long>(faultAnswers));
@@ -504,6 +584,9 @@ protected:
         std::fflush(stdout);
         EXPECT_LE(unexplained, limit) << "memory grew beyond the deliberate leaks";
     }
+
+    Clock::time_point mDeadline;
+    int64_t mRunSeconds = 0;
 };
 
 TEST_F(StressTest, AidlHandset) { Run(DeviceProfile::AllAidl(), 0); }
