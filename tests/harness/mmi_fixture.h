@@ -88,6 +88,9 @@ protected:
                  std::chrono::milliseconds timeout = kNoticeTimeout) const;
     // Waits (bounded) until both notice threads have nothing left to deliver.
     static bool NoticesDelivered();
+    // Whether TearDown waits for the notices and fails when some are left (a test that
+    // has reported them already need not wait again).
+    void SettleAtTearDown(bool settle) { mSettleAtTearDown = settle; }
 
     JNIEnv* mEnv = nullptr;
     jobject mManager = nullptr;
@@ -111,6 +114,7 @@ private:
     size_t mLogMark = 0;
     size_t mBootMark = 0;
     size_t mVmOutputMark = 0;
+    bool mSettleAtTearDown = true;
 };
 
 }  // namespace mmitest

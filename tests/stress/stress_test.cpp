@@ -68,6 +68,8 @@ constexpr int64_t kWaitMillis = 60000;
 // enough that even the notice threads, which log only at deaths, fill their logs in the
 // first round, which the memory check does not count.
 constexpr size_t kKeptLinesPerThread = 256;
+// Least time the Java threads get to pause (each finishes the call it is in).
+constexpr int64_t kPauseMillis = 2000;
 // Lines of the library shown when a round cannot close in time.
 constexpr size_t kLinesInReport = 12;
 // Calls between two steps of the fault schedule.
@@ -233,15 +235,21 @@ protected:
         return "nothing for " + std::to_string(waitedMillis) + " ms";
     }
 
-    // What the handset and the library were doing, for a round that could not close.
+    // What the handset and the library were doing, for a round that could not close: the
+    // services down, those the library waits for, and its last lines.
     std::string Situation() {
         std::string down;
+        std::string awaited;
         for (Family family : mmisim::kAllFamilies) {
             if (handset().profile()[family].transport != Transport::kNone && !handset().IsRunning(family)) {
                 down += std::string(down.empty() ? "" : ", ") + mmisim::FamilyName(family);
             }
+            const std::string name = mmisim::Handset::AidlServiceName(family);
+            if (hostcontrol::WaitersFor(name) > 0) awaited += std::string(awaited.empty() ? "" : ", ") + name;
         }
-        std::string text = "services down: " + (down.empty() ? std::string("none") : down) + "; the last lines:";
+        auto listed = [](const std::string& names) { return names.empty() ? std::string("none") : names; };
+        std::string text = "services down: " + listed(down) + "; the library waits for: " + listed(awaited) +
+                           "; the last lines:";
         const size_t mark = log().mark();
         for (const mmisim::LogEntry& entry : log().since(mark > kLinesInReport ? mark - kLinesInReport : 0)) {
             text += "\n    " + mmisim::LogCapture::Brief(entry);
@@ -260,6 +268,7 @@ protected:
             idle = hostcontrol::WaitForBinderNotices(std::chrono::milliseconds(Left(bound))) && idle;
         }
         if (!idle) {
+            SettleAtTearDown(false);  // the failure says what was pending
             ADD_FAILURE() << what << ": the library's recoveries did not end (" << Expired(bound) << "); "
                           << Situation();
         }
@@ -489,12 +498,14 @@ protected:
             running = running && Settled(name + ", every service up");
             for (const FaultStep& step : schedule.closing()) running = running && Apply(driver, step, round);
             running = running && Await(driver, kTailCalls, name + ", waiting for calls after the closing restarts");
-            if (!driver.pause(Left())) {
+            // Pausing gets a little time even when the run's is up, so that the failure
+            // reported is the one that used it up.
+            if (!driver.pause(std::max<int64_t>(Left(), kPauseMillis))) {
                 const std::optional<std::string> stall = driver.stall();
                 FAIL() << name << ": the Java threads did not pause: " << (stall ? *stall : "a call is still running");
             }
             if (!running) break;
-            ASSERT_TRUE(Settled(name + ", load paused"));
+            if (!Settled(name + ", load paused")) break;
             CheckAnswers(driver, expected, round, calls, faultAnswers);
             ExpectEveryFamilyConnected(driver, expected, panelPresent && counts.hidlDeathNotices == 0,
                                        counts.fingerprintWithoutSession > 0, "after " + name);
@@ -509,7 +520,7 @@ protected:
             StressDriver& driver;
             int64_t millis;
             ~StopAtEnd() { EXPECT_TRUE(driver.stop(millis)); }
-        } stopAtEnd{driver, std::max<int64_t>(Left(), 1000)};
+        } stopAtEnd{driver, std::max<int64_t>(Left(), kPauseMillis)};
         for (const std::string& failure : driver.failures()) ADD_FAILURE() << failure;
         if (HasFailure()) return;
 
