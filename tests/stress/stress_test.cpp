@@ -275,6 +275,13 @@ protected:
         return idle;
     }
 
+    static int64_t Resident() {
+        long pages = 0;
+        long resident = 0;
+        std::ifstream("/proc/self/statm") >> pages >> resident;
+        return static_cast<int64_t>(resident) * sysconf(_SC_PAGESIZE);
+    }
+
     // The process's memory after a Java collection, with the logs of threads that have ended
     // freed.
     Memory Measure() {
@@ -308,10 +315,7 @@ protected:
         malloc_trim(0);
         const struct mallinfo2 info = mallinfo2();
         memory.mallocInUse = static_cast<int64_t>(info.uordblks + info.hblkhd);
-        long pages = 0;
-        long resident = 0;
-        std::ifstream("/proc/self/statm") >> pages >> resident;
-        memory.rss = static_cast<int64_t>(resident) * sysconf(_SC_PAGESIZE);
+        memory.rss = Resident();
         memory.javaHeap = total - free;
         memory.javaHeapCommitted = total;
         return memory;
@@ -509,7 +513,11 @@ protected:
             CheckAnswers(driver, expected, round, calls, faultAnswers);
             ExpectEveryFamilyConnected(driver, expected, panelPresent && counts.hidlDeathNotices == 0,
                                        counts.fingerprintWithoutSession > 0, "after " + name);
-            if (kMemoryMeasured) memory.push_back(Measure());
+            if (kMemoryMeasured) {
+                memory.push_back(Measure());
+            } else {
+                memory.push_back(Memory{0, Resident(), 0, 0});
+            }
             kept.push_back(Kept::Of(counts));
             deathsSoFar.push_back(schedule.aidlDeaths() + schedule.hidlDeaths());
         }
@@ -544,8 +552,11 @@ protected:
         EXPECT_GT(faultAnswers, 0) << "no call met a service that was down or dying";
         EXPECT_FALSE(HasJniWarning(Jvm::Get().Output())) << Jvm::Get().Output();
         if (!kMemoryMeasured) {
-            std::printf("[stress] %s handset: memory not measured (a sanitizer's allocator replaces malloc)\n",
-                        profile.name.c_str());
+            std::string resident;
+            for (const Memory& m : memory) resident += " " + std::to_string(m.rss >> 20);
+            std::printf("[stress] %s handset: resident size after each round (MB):%s; allocations not measured (a "
+                        "sanitizer's allocator replaces malloc)\n",
+                        profile.name.c_str(), resident.c_str());
             return;
         }
 
