@@ -127,7 +127,8 @@ function(mmi_hidl_interfaces target)
   endforeach()
   file(RELATIVE_PATH shown_dir ${PROJECT_SOURCE_DIR} ${arg_DIR})
   set(glue ${CMAKE_CURRENT_BINARY_DIR}/${target}_glue.cpp)
-  file(WRITE ${glue}.new "// Written by the build from the HIDL interfaces in ${shown_dir}/ (cmake/HidlInterfaces.cmake).
+  file(WRITE ${glue}.new "// Written by the build from the HIDL interfaces in ${shown_dir}/
+// (cmake/HidlInterfaces.cmake).
 ${includes}
 #include <hidl/HidlInterfaceGlue.h>
 

@@ -139,7 +139,8 @@ Return<void> IBase::debug(const hidl_handle& /*fd*/, const hidl_vec<hidl_string>
 
 Return<void> IBase::getHashChain(getHashChain_cb _hidl_cb) {
     size_t interfaces = 0;
-    Return<void> chain = interfaceChain([&](const hidl_vec<hidl_string>& descriptors) { interfaces = descriptors.size(); });
+    Return<void> chain =
+            interfaceChain([&](const hidl_vec<hidl_string>& descriptors) { interfaces = descriptors.size(); });
     if (!chain.isOk()) return chain.getStatus();
     _hidl_cb(hidl_vec<hidl_array<uint8_t, 32>>(interfaces));
     return Void();
