@@ -29,7 +29,8 @@ public:
     BBinder* localBinder() override;
 
     // Host build: calls are direct C++ calls, so no transaction ever arrives here.
-    virtual status_t onTransact(uint32_t /*code*/, const Parcel& /*data*/, Parcel* /*reply*/, uint32_t /*flags*/ = 0) {
+    virtual status_t onTransact(uint32_t /*code*/, const Parcel& /*data*/, Parcel* /*reply*/,
+                                uint32_t /*flags*/ = 0) {
         return UNKNOWN_TRANSACTION;
     }
 
