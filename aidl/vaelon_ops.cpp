@@ -5,6 +5,7 @@
 #include <mmi_log.h>
 #include <service_access.h>
 #include <utils/String16.h>
+#include <vendor/zentel/hardware/camera/vaelon/BnVAELONServiceCallBack.h>
 
 #include <mutex>
 #include <vector>

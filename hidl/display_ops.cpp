@@ -9,6 +9,7 @@
 #include <vendor/zentel/hardware/hwdisplay/1.4/IDisplay.h>
 #include <vendor/zentel/hardware/hwdisplay/1.5/IDisplay.h>
 
+#include <functional>
 #include <string>
 
 #include "hidl_handles.h"
@@ -54,7 +55,9 @@ struct DisplayTextResult {
     std::string text;
 };
 
-DisplayV1_1::text_cb IntoDisplay(DisplayTextResult& result) {
+// The result callback that stores a (status, text) answer: every text-returning display
+// operation's callback has this type.
+std::function<void(DISPLAY_RET, const hidl_string&)> IntoDisplay(DisplayTextResult& result) {
     return [&result](DISPLAY_RET ret, const hidl_string& text) {
         result.ret = ret;
         result.text = text;

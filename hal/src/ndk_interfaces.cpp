@@ -1,7 +1,7 @@
 // Descriptors, binder classes and lookup of the NDK-backend fingerprint interfaces.
 #include <aidl/android/hardware/biometrics/fingerprint/ISessionCallback.h>
-#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/IFingerprint.h>
-#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/ISession.h>
+#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/BnFingerprint.h>
+#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/BnSession.h>
 
 namespace {
 

@@ -1,18 +1,19 @@
 // Fake AIDL services of every family.
-#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/IFingerprint.h>
+#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/BnFingerprint.h>
+#include <aidl/vendor/zentel/hardware/biometrics/fingerprint/BnSession.h>
 #include <android/binder_manager.h>
-#include <android/hardware/vibrator/IVibrator.h>
+#include <android/hardware/vibrator/BnVibrator.h>
 #include <binder/IServiceManager.h>
 #include <hostcontrol/binder_control.h>
 #include <hostcontrol/binder_ndk_control.h>
-#include <vendor/zentel/hardware/camera/vaelon/IVAELONService.h>
-#include <vendor/zentel/hardware/hwdisplay/IDisplay.h>
-#include <vendor/zentel/hardware/hwfactoryinterface/IHwFactoryInterface.h>
-#include <vendor/zentel/hardware/light/ILight.h>
-#include <vendor/zentel/hardware/power/IHWPower.h>
-#include <vendor/zentel/hardware/sensors/ISensors.h>
-#include <vendor/zentel/hardware/tp/ITouchscreen.h>
-#include <vendor/zentel/hardware/vibrator/ICustVibrator.h>
+#include <vendor/zentel/hardware/camera/vaelon/BnVAELONService.h>
+#include <vendor/zentel/hardware/hwdisplay/BnDisplay.h>
+#include <vendor/zentel/hardware/hwfactoryinterface/BnHwFactoryInterface.h>
+#include <vendor/zentel/hardware/light/BnLight.h>
+#include <vendor/zentel/hardware/power/BnHWPower.h>
+#include <vendor/zentel/hardware/sensors/BnSensors.h>
+#include <vendor/zentel/hardware/tp/BnTouchscreen.h>
+#include <vendor/zentel/hardware/vibrator/BnCustVibrator.h>
 
 #include <mutex>
 #include <thread>
@@ -245,7 +246,12 @@ public:
     Status getCapabilities(std::vector<vaelon::GetCapabilitiesResult>* out) override {
         return ServeAidl("getCapabilities", {}, [&](const auto& a) {
             out->clear();
-            for (const Capability& c : a.capabilities) out->push_back({c.serviceType, c.overtimes});
+            for (const Capability& c : a.capabilities) {
+                vaelon::GetCapabilitiesResult record;
+                record.serviceType = c.serviceType;
+                record.overtimes = c.overtimes;
+                out->push_back(record);
+            }
         });
     }
     Status registerClient(const sp<vaelon::IVAELONServiceCallBack>& callback, int32_t serviceType,

@@ -12,6 +12,8 @@
 #include <vendor/zentel/hardware/sensors/2.0/ISensors.h>
 #include <vendor/zentel/hardware/tp/1.0/ITouchscreen.h>
 
+#include <cstdlib>
+
 #include "fake_support.h"
 #include "fakes.h"
 
@@ -30,6 +32,7 @@ namespace sensors = vendor::zentel::hardware::sensors;
 namespace power = vendor::zentel::hardware::power;
 namespace light = vendor::zentel::hardware::light;
 namespace fingerprint = vendor::zentel::hardware::biometrics::fingerprint;
+using display::V1_0::DISPLAY_RET;
 
 // Answers interfaceChain with the descriptors from `newest` down to the oldest minor
 // version, then IBase. `descriptors` lists every minor version, oldest first.
@@ -193,7 +196,8 @@ public:
     }
 
 private:
-    static void Reply(const DisplayAnswers& a, const text_cb& cb, const TextReply& reply) {
+    template <typename Callback>
+    static void Reply(const DisplayAnswers& a, const Callback& cb, const TextReply& reply) {
         if (!a.skipCallbacks) cb(static_cast<DISPLAY_RET>(reply.ret), reply.text);
     }
     const size_t mNewest;
@@ -351,7 +355,8 @@ public:
 
 template <typename Service>
 void Serve(Handset::Running& running, const sp<Service>& service, const char* instance = "default") {
-    service->registerAsService(instance);
+    // The service manager turns down only a null service.
+    if (service->registerAsService(instance) != android::OK) std::abort();
     running.killers.push_back([service] {
         service->MarkDead();
         hostcontrol::KillHidlService(service);

@@ -12,6 +12,8 @@
 
 namespace android {
 
+class Parcel;
+
 class BBinder : public IBinder {
 public:
     BBinder();
@@ -25,6 +27,12 @@ public:
                            uint32_t flags = 0,
                            wp<DeathRecipient>* outRecipient = nullptr) override;
     BBinder* localBinder() override;
+
+    // Host build: calls are direct C++ calls, so no transaction ever arrives here.
+    virtual status_t onTransact(uint32_t /*code*/, const Parcel& /*data*/, Parcel* /*reply*/,
+                                uint32_t /*flags*/ = 0) {
+        return UNKNOWN_TRANSACTION;
+    }
 
     void setExtension(const sp<IBinder>& extension);
     sp<IBinder> getExtensionBinder() const;

@@ -4,7 +4,7 @@
 #include <android/hidl/base/1.0/IBase.h>
 #include <hidl/ServiceManagement.h>
 
-#include <initializer_list>
+#include <vector>
 
 namespace android {
 namespace hardware {
@@ -19,7 +19,7 @@ Return<bool> canCastInterface(::android::hidl::base::V1_0::IBase* interface, con
 // service answers with a dead-object status instead.
 Return<void> reportInterfaceChain(::android::hidl::base::V1_0::IBase* self,
                                   const ::android::hidl::base::V1_0::IBase::interfaceChain_cb& cb,
-                                  std::initializer_list<const char*> chain);
+                                  const std::vector<const char*>& chain);
 
 template <typename IChild, typename IParent>
 Return<sp<IChild>> castInterface(sp<IParent> parent, const char* childIndicator, bool emitError) {

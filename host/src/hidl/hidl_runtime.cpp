@@ -211,7 +211,7 @@ Return<bool> canCastInterface(IBase* interface, const char* castTo, bool) {
 }
 
 Return<void> reportInterfaceChain(IBase* self, const IBase::interfaceChain_cb& cb,
-                                  std::initializer_list<const char*> chain) {
+                                  const std::vector<const char*>& chain) {
     if (self->hostLifeline().IsDead()) return kDeadObject;
     hidl_vec<hidl_string> descriptors(chain.size());
     size_t i = 0;

@@ -1,7 +1,7 @@
-// AIDL android.hardware.vibrator.IVibrator (C++ backend), the platform vibrator service.
-// Only the part this library and the simulated handset touch is declared.
+// AIDL android.hardware.vibrator.IVibrator (C++ backend).
 #pragma once
 
+#include <binder/IBinder.h>
 #include <binder/IInterface.h>
 #include <binder/Status.h>
 
@@ -11,6 +11,7 @@ namespace android {
 namespace hardware {
 namespace vibrator {
 
+// The platform vibrator service: only the part this library and the simulated handset touch.
 class IVibrator : public ::android::IInterface {
 public:
     DECLARE_META_INTERFACE(Vibrator)
@@ -18,8 +19,6 @@ public:
     virtual ::android::binder::Status getCapabilities(int32_t* _aidl_return) = 0;
     virtual ::android::binder::Status off() = 0;
 };
-
-class BnVibrator : public ::android::BnInterface<IVibrator> {};
 
 }  // namespace vibrator
 }  // namespace hardware

@@ -1,28 +1,18 @@
 // AIDL vendor.zentel.hardware.hwdisplay.IDisplay (C++ backend).
 #pragma once
 
+#include <binder/IBinder.h>
 #include <binder/IInterface.h>
 #include <binder/Status.h>
+#include <vendor/zentel/hardware/hwdisplay/DISPLAY_DATA.h>
+#include <vendor/zentel/hardware/hwdisplay/DisplayOutInfo.h>
 
 #include <cstdint>
-#include <string>
 
 namespace vendor {
 namespace zentel {
 namespace hardware {
 namespace hwdisplay {
-
-class DisplayOutInfo {
-public:
-    int32_t ret = 0;
-    std::string info;
-};
-
-class DISPLAY_DATA {
-public:
-    int32_t dataInt = 0;
-    std::string dataString;
-};
 
 class IDisplay : public ::android::IInterface {
 public:
@@ -36,8 +26,6 @@ public:
     virtual ::android::binder::Status getDisplayPanelType(int32_t* _aidl_return) = 0;
     virtual ::android::binder::Status setDisplaySelfAdaptMinFps(int32_t dataInt, int32_t* _aidl_return) = 0;
 };
-
-class BnDisplay : public ::android::BnInterface<IDisplay> {};
 
 }  // namespace hwdisplay
 }  // namespace hardware

@@ -1,6 +1,7 @@
 // AIDL vendor.zentel.hardware.light.ILight (C++ backend).
 #pragma once
 
+#include <binder/IBinder.h>
 #include <binder/IInterface.h>
 #include <binder/Status.h>
 
@@ -17,8 +18,6 @@ public:
 
     virtual ::android::binder::Status setLightBrightness(int32_t id, int32_t brightness, int32_t* _aidl_return) = 0;
 };
-
-class BnLight : public ::android::BnInterface<ILight> {};
 
 }  // namespace light
 }  // namespace hardware

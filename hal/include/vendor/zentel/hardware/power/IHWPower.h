@@ -1,8 +1,10 @@
 // AIDL vendor.zentel.hardware.power.IHWPower (C++ backend).
 #pragma once
 
+#include <binder/IBinder.h>
 #include <binder/IInterface.h>
 #include <binder/Status.h>
+#include <vendor/zentel/hardware/power/PowerOutInfo.h>
 
 #include <cstdint>
 #include <string>
@@ -12,24 +14,16 @@ namespace zentel {
 namespace hardware {
 namespace power {
 
-class PowerOutInfo {
-public:
-    int32_t code = 0;
-    std::string info;
-};
-
+// caller is the tag of the calling module.
 class IHWPower : public ::android::IInterface {
 public:
     DECLARE_META_INTERFACE(HWPower)
 
-    // caller is the tag of the calling module.
-    virtual ::android::binder::Status setPowerState(const std::string& caller, const std::string& testScene,
-                                                    const std::string& para, int32_t* _aidl_return) = 0;
-    virtual ::android::binder::Status getPowerState(const std::string& caller, const std::string& key,
+    virtual ::android::binder::Status setPowerState(const ::std::string& caller, const ::std::string& testScene,
+                                                    const ::std::string& para, int32_t* _aidl_return) = 0;
+    virtual ::android::binder::Status getPowerState(const ::std::string& caller, const ::std::string& key,
                                                     PowerOutInfo* info, int32_t* _aidl_return) = 0;
 };
-
-class BnHWPower : public ::android::BnInterface<IHWPower> {};
 
 }  // namespace power
 }  // namespace hardware

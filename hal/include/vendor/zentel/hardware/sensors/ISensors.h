@@ -1,11 +1,12 @@
 // AIDL vendor.zentel.hardware.sensors.ISensors (C++ backend).
 #pragma once
 
+#include <binder/IBinder.h>
 #include <binder/IInterface.h>
 #include <binder/Status.h>
+#include <vendor/zentel/hardware/sensors/ZtSensorString.h>
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 namespace vendor {
@@ -13,11 +14,7 @@ namespace zentel {
 namespace hardware {
 namespace sensors {
 
-class ZtSensorString {
-public:
-    std::string text;
-};
-
+// The out int vectors are sized by the caller; the service fills or resizes them.
 class ISensors : public ::android::IInterface {
 public:
     DECLARE_META_INTERFACE(Sensors)
@@ -30,18 +27,15 @@ public:
     virtual ::android::binder::Status getSelfTestResult(int32_t sensorId, int32_t* _aidl_return) = 0;
     virtual ::android::binder::Status getCalibrateType(int32_t sensorId, int32_t size, ZtSensorString* calibType,
                                                        int32_t* _aidl_return) = 0;
-    // data is an out array: the caller sizes it, the service fills (or resizes) it.
-    virtual ::android::binder::Status getSensorData(int32_t sensorId, std::vector<int32_t>* data,
+    virtual ::android::binder::Status getSensorData(int32_t sensorId, ::std::vector<int32_t>* data,
                                                     int32_t* _aidl_return) = 0;
     virtual ::android::binder::Status processSensorParameter(int32_t sensorId, int32_t mainCmd, int32_t subCmd,
                                                              int32_t length, ZtSensorString* para,
-                                                             std::vector<int32_t>* data, int32_t* _aidl_return) = 0;
+                                                             ::std::vector<int32_t>* data, int32_t* _aidl_return) = 0;
     virtual ::android::binder::Status activateSensor(int32_t sensorType, bool enable, int64_t samplingRate,
                                                      int32_t* _aidl_return) = 0;
     virtual ::android::binder::Status getCompassRawValueLimit(int32_t* _aidl_return) = 0;
 };
-
-class BnSensors : public ::android::BnInterface<ISensors> {};
 
 }  // namespace sensors
 }  // namespace hardware

@@ -1,7 +1,7 @@
-// AIDL vendor.zentel.hardware.vibrator.ICustVibrator (C++ backend): the maker's extension
-// of the platform vibrator service, reached through its binder extension.
+// AIDL vendor.zentel.hardware.vibrator.ICustVibrator (C++ backend).
 #pragma once
 
+#include <binder/IBinder.h>
 #include <binder/IInterface.h>
 #include <binder/Status.h>
 #include <utils/String16.h>
@@ -11,6 +11,8 @@ namespace zentel {
 namespace hardware {
 namespace vibrator {
 
+// The maker's extension of the platform vibrator service, reached through its binder
+// extension.
 class ICustVibrator : public ::android::IInterface {
 public:
     DECLARE_META_INTERFACE(CustVibrator)
@@ -19,8 +21,6 @@ public:
     virtual ::android::binder::Status getVibratorResult(const ::android::String16& command,
                                                         ::android::String16* _aidl_return) = 0;
 };
-
-class BnCustVibrator : public ::android::BnInterface<ICustVibrator> {};
 
 }  // namespace vibrator
 }  // namespace hardware

@@ -5,6 +5,7 @@
 // the process's HIDL callback thread, as on a device.
 #pragma once
 
+#include <android/hidl/base/1.0/types.h>
 #include <hidl/HidlSupport.h>
 
 #include <functional>
@@ -37,6 +38,22 @@ struct IBase : virtual public ::android::RefBase {
     virtual ::android::hardware::Return<void> interfaceDescriptor(interfaceDescriptor_cb _hidl_cb);
 
     virtual ::android::hardware::Return<void> ping();
+
+    virtual ::android::hardware::Return<void> debug(
+            const ::android::hardware::hidl_handle& fd,
+            const ::android::hardware::hidl_vec<::android::hardware::hidl_string>& options);
+
+    using getHashChain_cb = std::function<void(
+            const ::android::hardware::hidl_vec<::android::hardware::hidl_array<uint8_t, 32>>& hashchain)>;
+    // One hash per interface of the chain; the host's interfaces are not frozen, so all zero.
+    virtual ::android::hardware::Return<void> getHashChain(getHashChain_cb _hidl_cb);
+
+    virtual ::android::hardware::Return<void> setHALInstrumentation();
+
+    using getDebugInfo_cb = std::function<void(const DebugInfo& info)>;
+    virtual ::android::hardware::Return<void> getDebugInfo(getDebugInfo_cb _hidl_cb);
+
+    virtual ::android::hardware::Return<void> notifySyspropsChanged();
 
     // The recipient is kept as a weak reference; true when linked.
     virtual ::android::hardware::Return<bool> linkToDeath(

@@ -26,11 +26,6 @@ public:
             std::shared_ptr<ISession>* _aidl_return) = 0;
 };
 
-class BnFingerprint : public ::ndk::BnCInterface<IFingerprint> {
-protected:
-    ::ndk::SpAIBinder createBinder() override;
-};
-
 }  // namespace fingerprint
 }  // namespace biometrics
 }  // namespace hardware

@@ -21,11 +21,6 @@ public:
     virtual ::ndk::ScopedAStatus sendCmdToHal(int32_t in_cmd, int32_t* _aidl_return) = 0;
 };
 
-class BnSession : public ::ndk::BnCInterface<ISession> {
-protected:
-    ::ndk::SpAIBinder createBinder() override;
-};
-
 }  // namespace fingerprint
 }  // namespace biometrics
 }  // namespace hardware

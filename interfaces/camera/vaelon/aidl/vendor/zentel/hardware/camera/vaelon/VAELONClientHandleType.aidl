@@ -1,0 +1,6 @@
+package vendor.zentel.hardware.camera.vaelon;
+
+@VintfStability
+parcelable VAELONClientHandleType {
+    int clientHandle = 0;
+}

@@ -1,0 +1,6 @@
+package vendor.zentel.hardware.camera.vaelon;
+
+@VintfStability
+parcelable VAELONServiceResult {
+    int serviceResult = 0;
+}

@@ -1,0 +1,6 @@
+package vendor.zentel.hardware.light;
+
+@VintfStability
+interface ILight {
+    int setLightBrightness(int id, int brightness);
+}

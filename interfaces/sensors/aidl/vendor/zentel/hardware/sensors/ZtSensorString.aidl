@@ -1,0 +1,6 @@
+package vendor.zentel.hardware.sensors;
+
+@VintfStability
+parcelable ZtSensorString {
+    @utf8InCpp String text;
+}
