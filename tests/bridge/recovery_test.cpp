@@ -3,8 +3,11 @@
 // service registers anew.
 #include <binder/IServiceManager.h>
 #include <hostcontrol/binder_control.h>
+#include <vendor/zentel/hardware/light/2.0/ILight.h>
 
 #include <algorithm>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 
 #include "device_support.h"
@@ -286,6 +289,47 @@ TEST_F(HidlNoticeTest, FingerprintComingBackAloneReconnectsNothing) {
     handset().Kill(Family::kTouchScreen);
     handset().Start(Family::kTouchScreen);
     ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_hwFingerprint linkToDeath")));
+    ASSERT_TRUE(NoticesDelivered());
+}
+
+// A listener of the test's own that keeps the thread delivering its first notice until
+// released (at the latest after three notice timeouts, longer than any wait of the test).
+class HeldListener : public android::hidl::manager::V1_0::IServiceNotification {
+public:
+    android::hardware::Return<void> onRegistration(const android::hardware::hidl_string&,
+                                                   const android::hardware::hidl_string&, bool) override {
+        std::unique_lock<std::mutex> lock(mLock);
+        mHeld = true;
+        mChanged.notify_all();
+        mChanged.wait_for(lock, 3 * kNoticeTimeout, [this] { return mReleased; });
+        return android::hardware::Void();
+    }
+    bool WaitHeld() {
+        std::unique_lock<std::mutex> lock(mLock);
+        return mChanged.wait_for(lock, kNoticeTimeout, [this] { return mHeld; });
+    }
+    void Release() {
+        std::lock_guard<std::mutex> lock(mLock);
+        mReleased = true;
+        mChanged.notify_all();
+    }
+
+private:
+    std::mutex mLock;
+    std::condition_variable mChanged;
+    bool mHeld = false;
+    bool mReleased = false;
+};
+
+TEST_F(HidlNoticeTest, ADeathIsDeliveredWhileAnotherNoticeIsBeingHandled) {
+    Boot(DeviceProfile::AllHidl());
+    android::sp<HeldListener> listener = new HeldListener();
+    ASSERT_TRUE(vendor::zentel::hardware::light::V2_0::ILight::registerForNotifications("", listener));
+    ASSERT_TRUE(listener->WaitHeld());
+    handset().Kill(Family::kPower);
+    EXPECT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:5")));
+    listener->Release();
+    handset().Start(Family::kPower);
     ASSERT_TRUE(NoticesDelivered());
 }
 
