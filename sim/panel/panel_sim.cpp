@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
 #include <map>
 #include <mutex>
 #include <string>
@@ -20,14 +21,22 @@ struct Answers {
     int recoverResult = 0;
 };
 
+// The calls kept as text: a long run calls the library millions of times.
+constexpr size_t kCallLogSize = 1024;
+
 struct State {
     std::mutex lock;
     Answers answers;
     std::map<std::string, int> calls;
-    std::vector<std::string> callLog;  // every call as text, in order
+    std::deque<std::string> callLog;  // the newest kCallLogSize calls as text, in order
     int lastMode = -1;
     int lastFreshRate = -1;
 };
+
+void LogCall(State& state, std::string call) {
+    if (state.callLog.size() == kCallLogSize) state.callLog.pop_front();
+    state.callLog.push_back(std::move(call));
+}
 
 State& TheState() {
     static State* state = new State();  // never destroyed: callers may outlive static teardown
@@ -40,7 +49,7 @@ int setVideoInterpolationMode(int mode, int freshRate) {
     State& state = TheState();
     std::lock_guard<std::mutex> lock(state.lock);
     ++state.calls["setVideoInterpolationMode"];
-    state.callLog.push_back("setVideoInterpolationMode(" + std::to_string(mode) + ", " + std::to_string(freshRate) + ")");
+    LogCall(state, "setVideoInterpolationMode(" + std::to_string(mode) + ", " + std::to_string(freshRate) + ")");
     state.lastMode = mode;
     state.lastFreshRate = freshRate;
     return state.answers.setModeResult;
@@ -51,7 +60,7 @@ const char* getModes(int* length) {
     State& state = TheState();
     std::lock_guard<std::mutex> lock(state.lock);
     ++state.calls["getModes"];
-    state.callLog.emplace_back("getModes()");
+    LogCall(state, "getModes()");
     if (length != nullptr) *length = state.answers.modesLength;
     return state.answers.nullModes ? nullptr : state.answers.modes.c_str();
 }
@@ -61,7 +70,7 @@ int GetCurrentMode() {
     State& state = TheState();
     std::lock_guard<std::mutex> lock(state.lock);
     ++state.calls["GetCurrentMode"];
-    state.callLog.emplace_back("GetCurrentMode()");
+    LogCall(state, "GetCurrentMode()");
     return state.answers.currentMode;
 }
 
@@ -70,7 +79,7 @@ int RecoverFreshRate() {
     State& state = TheState();
     std::lock_guard<std::mutex> lock(state.lock);
     ++state.calls["RecoverFreshRate"];
-    state.callLog.emplace_back("RecoverFreshRate()");
+    LogCall(state, "RecoverFreshRate()");
     return state.answers.recoverResult;
 }
 #endif

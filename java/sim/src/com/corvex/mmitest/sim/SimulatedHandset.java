@@ -310,7 +310,7 @@ public final class SimulatedHandset {
     public static native void setPanelResults(int setModeResult, int currentMode, int recoverResult);
 
     /**
-     * The calls the panel library received, in order, as text such as
+     * The calls the panel library received (the newest 1024), in order, as text such as
      * {@code "setVideoInterpolationMode(1, 120)"} or {@code "getModes()"}.
      */
     public static native String[] panelCalls();
