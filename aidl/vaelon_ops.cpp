@@ -80,8 +80,12 @@ public:
             MMI_LOGE("RegisterClient fail, vaelonCallbackId is nullptr");
             return android::binder::Status::ok();
         }
-        // An exception thrown by the Java method is left to the thread's owner.
         env->CallStaticVoidMethod(target.nativeClass, registerSuccess);
+        // The binder thread goes back to the runtime with no Java exception pending.
+        if (env->ExceptionCheck()) {
+            env->ExceptionClear();
+            MMI_LOGE("%s: RegisterClient fail, RegisterSuccess threw an exception", kLogPrefix);
+        }
         return android::binder::Status::ok();
     }
 };

@@ -9,9 +9,14 @@
 #include <sim/log_capture.h>
 #include <sim/profile.h>
 
+#include <sim/panel_sim.h>
+#include <unistd.h>
+
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -33,6 +38,7 @@ constexpr std::chrono::milliseconds kSettleTimeout{10000};
 constexpr int kFlickerSamples = 256;
 constexpr float kFlickerSampleRate = 1000.0f;
 constexpr int kSpectrumBins = 500;
+constexpr int kMaxWindowLength = 300;  // the detector's working record
 
 // The profile in force (with the answers changed since), the profile as it was loaded, and
 // the lock that orders every change of the handset.
@@ -77,13 +83,94 @@ void GuardedVoid(JNIEnv* env, const std::function<void()>& body) {
     });
 }
 
+// A Java string as UTF-8 (a character outside the basic plane as one four-byte sequence;
+// a lone surrogate as U+FFFD).
 std::string ReadString(JNIEnv* env, jstring text, const char* what) {
     if (text == nullptr) throw JavaThrow{"java/lang/NullPointerException", std::string(what) + " is null"};
-    const char* chars = env->GetStringUTFChars(text, nullptr);
-    if (chars == nullptr) throw JavaThrow{"java/lang/OutOfMemoryError", "reading a string"};
-    std::string copy = chars;
-    env->ReleaseStringUTFChars(text, chars);
-    return copy;
+    const jsize length = env->GetStringLength(text);
+    std::vector<jchar> units(static_cast<size_t>(length));
+    if (length > 0) env->GetStringRegion(text, 0, length, units.data());
+    std::string utf8;
+    utf8.reserve(units.size());
+    const auto put = [&utf8](uint32_t c) {
+        if (c < 0x80) {
+            utf8 += static_cast<char>(c);
+        } else if (c < 0x800) {
+            utf8 += static_cast<char>(0xC0 | (c >> 6));
+            utf8 += static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            utf8 += static_cast<char>(0xE0 | (c >> 12));
+            utf8 += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            utf8 += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            utf8 += static_cast<char>(0xF0 | (c >> 18));
+            utf8 += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+            utf8 += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            utf8 += static_cast<char>(0x80 | (c & 0x3F));
+        }
+    };
+    for (size_t i = 0; i < units.size(); ++i) {
+        const uint32_t unit = units[i];
+        const bool high = unit >= 0xD800 && unit <= 0xDBFF;
+        const bool lowNext = i + 1 < units.size() && units[i + 1] >= 0xDC00 && units[i + 1] <= 0xDFFF;
+        if (high && lowNext) {
+            put(0x10000 + ((unit - 0xD800) << 10) + (units[++i] - 0xDC00));
+        } else {
+            put(unit >= 0xD800 && unit <= 0xDFFF ? 0xFFFD : unit);
+        }
+    }
+    return utf8;
+}
+
+// A Java string of bytes as the services, the answers and the log hold them: UTF-8, or the
+// Java VM's modified UTF-8 that the library passes on (a character outside the basic plane
+// as two encoded surrogates, U+0000 as C0 80). NewStringUTF reads only the second, and a
+// four-byte UTF-8 sequence (an emoji) comes out of it garbled. A byte that starts no valid
+// sequence becomes U+FFFD.
+jstring JavaText(JNIEnv* env, const std::string& bytes) {
+    std::vector<jchar> units;
+    units.reserve(bytes.size());
+    const size_t size = bytes.size();
+    for (size_t i = 0; i < size;) {
+        const auto lead = static_cast<unsigned char>(bytes[i]);
+        size_t length = 0;
+        uint32_t c = 0;
+        if (lead < 0x80) {
+            length = 1;
+            c = lead;
+        } else if ((lead & 0xE0) == 0xC0) {
+            length = 2;
+            c = lead & 0x1F;
+        } else if ((lead & 0xF0) == 0xE0) {
+            length = 3;
+            c = lead & 0x0F;
+        } else if ((lead & 0xF8) == 0xF0) {
+            length = 4;
+            c = lead & 0x07;
+        }
+        bool valid = length != 0 && i + length <= size;
+        for (size_t k = 1; valid && k < length; ++k) {
+            const auto next = static_cast<unsigned char>(bytes[i + k]);
+            valid = (next & 0xC0) == 0x80;
+            c = (c << 6) | (next & 0x3F);
+        }
+        // Shortest forms only, but for modified UTF-8's two-byte U+0000.
+        valid = valid && (length != 2 || c >= 0x80 || c == 0) && (length != 3 || c >= 0x800) &&
+                (length != 4 || (c >= 0x10000 && c <= 0x10FFFF));
+        if (!valid) {
+            units.push_back(0xFFFD);
+            ++i;
+            continue;
+        }
+        if (c >= 0x10000) {
+            units.push_back(static_cast<jchar>(0xD800 + ((c - 0x10000) >> 10)));
+            units.push_back(static_cast<jchar>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+        } else {
+            units.push_back(static_cast<jchar>(c));  // an encoded surrogate stays one unit
+        }
+        i += length;
+    }
+    return env->NewString(units.data(), static_cast<jsize>(units.size()));
 }
 
 Family FamilyOf(JNIEnv* env, jstring name) {
@@ -112,7 +199,7 @@ jobjectArray StringArray(JNIEnv* env, const std::vector<std::string>& texts) {
     jobjectArray array = env->NewObjectArray(static_cast<jsize>(texts.size()), stringClass, nullptr);
     env->DeleteLocalRef(stringClass);
     for (size_t i = 0; array != nullptr && i < texts.size(); ++i) {
-        jstring text = env->NewStringUTF(texts[i].c_str());
+        jstring text = JavaText(env, texts[i]);
         if (text == nullptr) return nullptr;
         env->SetObjectArrayElement(array, static_cast<jsize>(i), text);
         env->DeleteLocalRef(text);
@@ -130,35 +217,157 @@ bool NoticesDelivered(std::chrono::milliseconds timeout) {
     return idle;
 }
 
-// Changes the handset under the MMI library as a restart of the application would see it:
-// when the library is loaded, it is unloaded first (releasing every service) and loaded
-// again afterwards (connecting to the services as they are then).
-void AroundLibrary(JNIEnv* env, const std::function<void()>& change) {
-    void* library = dlopen(kLibrary, RTLD_LAZY | RTLD_NOLOAD);
-    if (library == nullptr) {
+// --- restarts of the application -------------------------------------------------------
+//
+// A restart is what the application's process dying and starting again does to the MMI
+// library. The instance in use is told to unload (JNI_OnUnload) and releases its services;
+// everything it registered with the service managers (death links, HIDL registration
+// listeners, the camera client's callback) is dropped, as the kernel drops a dead
+// process's; then a fresh instance loads, connects, and registers its native methods on
+// MmiNativeManager again (RegisterNatives rebinds them), with static state of its own. A
+// Java VM maps a library file only once, so each fresh instance is a private copy of the
+// library's file, loaded from a path of its own. The copy an instance replaced stays mapped
+// until the next restart (a call still running in it has returned by then) and is unmapped
+// and deleted then; the instance the Java VM loaded itself stays mapped, inert.
+
+struct Instance {
+    void* handle = nullptr;
+    std::string copy;  // the private copy's file; empty for the instance the Java VM loaded
+};
+
+// Guarded by g_lock.
+std::optional<Instance> g_current;   // the instance whose native methods are registered
+std::optional<Instance> g_replaced;  // the one it replaced, unmapped at the next restart
+std::string g_libraryFile;           // the file the Java VM loaded
+std::string* g_copyFolder = nullptr;
+unsigned g_copies = 0;
+
+template <typename Function>
+Function EntryPoint(void* handle, const char* name) {
+    auto entry = reinterpret_cast<Function>(dlsym(handle, name));
+    if (entry == nullptr) {
+        throw JavaThrow{"java/lang/IllegalStateException", std::string("libZtMmi_jni.so has no ") + name};
+    }
+    return entry;
+}
+
+// The instance in use, or nothing when MmiNativeManager has not loaded the library yet.
+std::optional<Instance> CurrentInstance() {
+    if (g_current) return g_current;
+    void* loaded = dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD);
+    if (loaded == nullptr) return std::nullopt;
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<void*>(dlsym(loaded, "JNI_OnLoad")), &info) == 0 || info.dli_fname == nullptr) {
+        throw JavaThrow{"java/lang/IllegalStateException", "cannot find the file of libZtMmi_jni.so"};
+    }
+    g_libraryFile = info.dli_fname;
+    g_current = Instance{loaded, ""};  // the reference is kept: the Java VM never unloads it
+    return g_current;
+}
+
+void RemoveCopies() {
+    if (g_copyFolder == nullptr) return;
+    std::error_code ignored;
+    std::filesystem::remove_all(*g_copyFolder, ignored);
+}
+
+Instance LoadFreshCopy() {
+    if (g_copyFolder == nullptr) {
+        std::error_code noTemp;
+        std::string pattern = (std::filesystem::temp_directory_path(noTemp) / "mmi-sim-XXXXXX").string();
+        if (noTemp || mkdtemp(pattern.data()) == nullptr) {
+            throw JavaThrow{"java/lang/IllegalStateException",
+                            "cannot make a folder for copies of libZtMmi_jni.so: " + std::string(std::strerror(errno))};
+        }
+        g_copyFolder = new std::string(pattern);
+        std::atexit(RemoveCopies);
+    }
+    const std::string file = *g_copyFolder + "/libZtMmi_jni-" + std::to_string(++g_copies) + ".so";
+    std::error_code error;
+    std::filesystem::copy_file(g_libraryFile, file, error);
+    if (error) {
+        throw JavaThrow{"java/lang/IllegalStateException",
+                        "cannot copy " + g_libraryFile + " to " + file + ": " + error.message()};
+    }
+    void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (handle == nullptr) {
+        const std::string reason = dlerror();
+        std::filesystem::remove(file, error);
+        throw JavaThrow{"java/lang/IllegalStateException", "cannot load a fresh libZtMmi_jni.so: " + reason};
+    }
+    return Instance{handle, file};
+}
+
+void Unmap(const Instance& instance) {
+    if (instance.copy.empty()) return;  // the Java VM's own
+    dlclose(instance.handle);
+    std::error_code ignored;
+    std::filesystem::remove(instance.copy, ignored);
+}
+
+// Restarts the application around a change of the handset: `change` runs while no
+// instance is loaded, `whileUnloaded` before the old process's registrations are dropped.
+// Without a loaded library only `change` runs. Called with g_lock held.
+void Restart(JNIEnv* env, const std::function<void()>& change, const std::function<void()>& whileUnloaded = {}) {
+    const std::optional<Instance> current = CurrentInstance();
+    if (!current) {
         change();
         return;
     }
-    std::unique_ptr<void, int (*)(void*)> closer(library, dlclose);
-    auto onLoad = reinterpret_cast<jint (*)(JavaVM*, void*)>(dlsym(library, "JNI_OnLoad"));
-    auto onUnload = reinterpret_cast<void (*)(JavaVM*, void*)>(dlsym(library, "JNI_OnUnload"));
     JavaVM* vm = nullptr;
-    if (onLoad == nullptr || onUnload == nullptr || env->GetJavaVM(&vm) != JNI_OK) {
-        throw JavaThrow{"java/lang/IllegalStateException", "libZtMmi_jni.so is loaded but its entry points are missing"};
-    }
+    if (env->GetJavaVM(&vm) != JNI_OK) throw JavaThrow{"java/lang/IllegalStateException", "no Java VM"};
     // A killed AIDL service holds the library's recovery until it is back: start every
-    // killed service first, so that the library releases everything it holds.
+    // killed service first, so that the instance can release everything it holds.
     for (Family family : mmisim::kAllFamilies) Handset::Get().Start(family);
     NoticesDelivered(kSettleTimeout);
-    onUnload(vm, nullptr);
+    EntryPoint<void (*)(JavaVM*, void*)>(current->handle, "JNI_OnUnload")(vm, nullptr);
     NoticesDelivered(kSettleTimeout);
+    if (whileUnloaded) whileUnloaded();
+    // The process is gone: nothing it registered reaches it any more.
+    hostcontrol::DropClientLinks();
+    hostcontrol::DropHidlClientRegistrations();
+    Handset::Get().ForgetClients();
     change();
-    const jint version = onLoad(vm, nullptr);
+    const Instance fresh = LoadFreshCopy();
+    if (g_replaced) Unmap(*g_replaced);
+    g_replaced = g_current;
+    g_current = fresh;
+    const jint version = EntryPoint<jint (*)(JavaVM*, void*)>(fresh.handle, "JNI_OnLoad")(vm, nullptr);
     NoticesDelivered(kSettleTimeout);
     if (version < 0) {
-        throw JavaThrow{"java/lang/IllegalStateException", "libZtMmi_jni.so failed to load again (JNI_OnLoad returned " +
+        throw JavaThrow{"java/lang/IllegalStateException", "the fresh libZtMmi_jni.so failed to load (JNI_OnLoad returned " +
                                                                    std::to_string(version) + "); see the log"};
     }
+}
+
+// --- the display processor's vendor library ------------------------------------------
+
+// The simulated libpixelworksMMITest.so that the MMI library finds on the loader's path,
+// or null when it is not there. Kept open, so its answers stay as set while the MMI library
+// closes and opens it.
+void* PanelLibrary() {
+    static void* const library = dlopen("libpixelworksMMITest.so", RTLD_NOW | RTLD_LOCAL);
+    return library;
+}
+
+template <typename Function>
+Function PanelControl(const char* name) {
+    void* library = PanelLibrary();
+    if (library == nullptr) {
+        throw JavaThrow{"java/lang/IllegalStateException",
+                        "the display processor's library libpixelworksMMITest.so is not on the loader's path "
+                        "(LD_LIBRARY_PATH): this handset has none"};
+    }
+    auto control = reinterpret_cast<Function>(dlsym(library, name));
+    if (control == nullptr) throw JavaThrow{"java/lang/IllegalStateException", std::string("no ") + name};
+    return control;
+}
+
+// Serves the profile as a fresh handset: its services, answers and faults, and the panel
+// library's default answers with no calls received.
+void ServeFresh(const Profile& profile) {
+    mmisim::ServeProfile(profile);
+    if (PanelLibrary() != nullptr) PanelControl<decltype(&PanelSimReset)>("PanelSimReset")();
 }
 
 // --- profiles and answers --------------------------------------------------------------
@@ -167,7 +376,7 @@ void UseProfile(JNIEnv* env, jclass, jstring nameOrPath) {
     GuardedVoid(env, [&] {
         Profile profile = mmisim::LoadProfile(ReadString(env, nameOrPath, "profile"));
         std::lock_guard<std::mutex> lock(g_lock);
-        AroundLibrary(env, [&] { mmisim::ServeProfile(profile); });
+        Restart(env, [&] { ServeFresh(profile); });
         g_profile = profile;
         g_loaded = std::move(profile);
     });
@@ -176,21 +385,21 @@ void UseProfile(JNIEnv* env, jclass, jstring nameOrPath) {
 jstring ProfileName(JNIEnv* env, jclass) {
     return Guarded<jstring>(env, nullptr, [&]() -> jstring {
         std::lock_guard<std::mutex> lock(g_lock);
-        return g_profile ? env->NewStringUTF(g_profile->name.c_str()) : nullptr;
+        return g_profile ? JavaText(env, g_profile->name) : nullptr;
     });
 }
 
 jstring ProfileSource(JNIEnv* env, jclass) {
     return Guarded<jstring>(env, nullptr, [&]() -> jstring {
         std::lock_guard<std::mutex> lock(g_lock);
-        return g_profile ? env->NewStringUTF(g_profile->source.c_str()) : nullptr;
+        return g_profile ? JavaText(env, g_profile->source) : nullptr;
     });
 }
 
 jstring ProfileDescription(JNIEnv* env, jclass) {
     return Guarded<jstring>(env, nullptr, [&]() -> jstring {
         std::lock_guard<std::mutex> lock(g_lock);
-        return g_profile ? env->NewStringUTF(g_profile->description.c_str()) : nullptr;
+        return g_profile ? JavaText(env, g_profile->description) : nullptr;
     });
 }
 
@@ -229,7 +438,7 @@ jstring AnswerJson(JNIEnv* env, jclass, jstring family, jstring key) {
         const Family which = FamilyOf(env, family);
         const std::string keyText = ReadString(env, key, "key");
         std::lock_guard<std::mutex> lock(g_lock);
-        return env->NewStringUTF(mmisim::GetAnswer(CurrentProfile(), mmisim::FamilyName(which), keyText).c_str());
+        return JavaText(env, mmisim::GetAnswer(CurrentProfile(), mmisim::FamilyName(which), keyText));
     });
 }
 
@@ -238,7 +447,7 @@ void Reset(JNIEnv* env, jclass) {
         std::lock_guard<std::mutex> lock(g_lock);
         CurrentProfile();
         // The answers as loaded, not the ones changed since.
-        AroundLibrary(env, [&] { mmisim::ServeProfile(*g_loaded); });
+        Restart(env, [&] { ServeFresh(*g_loaded); });
         g_profile = g_loaded;
         LogCapture::Install().clear();
     });
@@ -290,19 +499,183 @@ jboolean AwaitNoticesDelivered(JNIEnv* env, jclass, jlong timeoutMillis) {
     });
 }
 
+// Java's own text for a throwable, on the thread that caught it ("" when that fails).
+std::string ThrowableText(JNIEnv* env, jthrowable throwable) {
+    jclass clazz = env->GetObjectClass(throwable);
+    jmethodID toString = env->GetMethodID(clazz, "toString", "()Ljava/lang/String;");
+    env->DeleteLocalRef(clazz);
+    auto text = toString == nullptr ? nullptr : static_cast<jstring>(env->CallObjectMethod(throwable, toString));
+    if (env->ExceptionCheck() || text == nullptr) {
+        env->ExceptionClear();
+        return "";
+    }
+    const char* chars = env->GetStringUTFChars(text, nullptr);
+    std::string copy = chars != nullptr ? chars : "";
+    if (chars != nullptr) env->ReleaseStringUTFChars(text, chars);
+    env->DeleteLocalRef(text);
+    return copy;
+}
+
+// Has the camera service report an event to its registered client from a thread of the
+// service's. Attached, the thread is like a binder thread of the application's runtime,
+// where the library must leave no Java exception pending (on a device the runtime aborts
+// on one): an exception left there is cleared and reported as an IllegalStateException.
+bool DeliverCameraEvent(JNIEnv* env, jint serviceResult, bool attached) {
+    if (!attached) return Handset::Get().NotifyVaelonEvent(serviceResult);
+    JavaVM* vm = nullptr;
+    if (env->GetJavaVM(&vm) != JNI_OK) return false;
+    std::optional<std::string> leftPending;
+    const bool delivered = Handset::Get().NotifyVaelonEvent(
+            serviceResult,
+            [vm] {
+                JNIEnv* threadEnv = nullptr;
+                vm->AttachCurrentThread(reinterpret_cast<void**>(&threadEnv), nullptr);
+            },
+            [vm, &leftPending] {
+                JNIEnv* threadEnv = nullptr;
+                if (vm->GetEnv(reinterpret_cast<void**>(&threadEnv), JNI_VERSION_1_6) == JNI_OK &&
+                    threadEnv->ExceptionCheck()) {
+                    jthrowable pending = threadEnv->ExceptionOccurred();
+                    threadEnv->ExceptionClear();
+                    leftPending = ThrowableText(threadEnv, pending);
+                    threadEnv->DeleteLocalRef(pending);
+                }
+                vm->DetachCurrentThread();
+            });
+    if (leftPending) {
+        throw JavaThrow{"java/lang/IllegalStateException",
+                        "the library left a Java exception pending on the camera service's thread: " + *leftPending};
+    }
+    return delivered;
+}
+
 jboolean NotifyCameraEvent(JNIEnv* env, jclass, jint serviceResult) {
+    return Guarded<jboolean>(env, JNI_FALSE, [&] { return DeliverCameraEvent(env, serviceResult, true) ? JNI_TRUE : JNI_FALSE; });
+}
+
+jboolean NotifyCameraEventFromUnattachedThread(JNIEnv* env, jclass, jint serviceResult) {
+    return Guarded<jboolean>(env, JNI_FALSE, [&] { return DeliverCameraEvent(env, serviceResult, false) ? JNI_TRUE : JNI_FALSE; });
+}
+
+jboolean NotifyCameraEventAfterUnload(JNIEnv* env, jclass, jint serviceResult) {
     return Guarded<jboolean>(env, JNI_FALSE, [&] {
-        JavaVM* vm = nullptr;
-        if (env->GetJavaVM(&vm) != JNI_OK) return JNI_FALSE;
-        // The camera service's thread is attached to the VM while it calls the client.
-        const bool delivered = Handset::Get().NotifyVaelonEvent(
-                serviceResult,
-                [vm] {
-                    JNIEnv* threadEnv = nullptr;
-                    vm->AttachCurrentThread(reinterpret_cast<void**>(&threadEnv), nullptr);
-                },
-                [vm] { vm->DetachCurrentThread(); });
+        std::lock_guard<std::mutex> lock(g_lock);
+        CurrentProfile();
+        if (!CurrentInstance()) return JNI_FALSE;  // never loaded: no client registered
+        bool delivered = false;
+        std::optional<JavaThrow> failure;
+        Restart(env, [] {}, [&] {
+            try {
+                delivered = DeliverCameraEvent(env, serviceResult, true);
+            } catch (const JavaThrow& error) {
+                failure = error;  // reported once the restart is complete
+            }
+        });
+        if (failure) throw *failure;
         return delivered ? JNI_TRUE : JNI_FALSE;
+    });
+}
+
+// --- what the services received, and how they misbehave --------------------------------
+
+// Each call as {generation, version, method, arguments...}.
+jobjectArray CallRecords(JNIEnv* env, jclass, jstring family) {
+    return Guarded<jobjectArray>(env, nullptr, [&]() -> jobjectArray {
+        const std::vector<mmisim::Call> calls = Handset::Get().calls(FamilyOf(env, family));
+        jclass rowClass = env->FindClass("[Ljava/lang/String;");
+        if (rowClass == nullptr) return nullptr;
+        jobjectArray rows = env->NewObjectArray(static_cast<jsize>(calls.size()), rowClass, nullptr);
+        env->DeleteLocalRef(rowClass);
+        for (size_t i = 0; rows != nullptr && i < calls.size(); ++i) {
+            const mmisim::Call& call = calls[i];
+            std::vector<std::string> row{call.origin.rfind("hidl", 0) == 0 ? "hidl" : "aidl", call.version, call.method};
+            row.insert(row.end(), call.args.begin(), call.args.end());
+            jobjectArray texts = StringArray(env, row);
+            if (texts == nullptr) return nullptr;
+            env->SetObjectArrayElement(rows, static_cast<jsize>(i), texts);
+            env->DeleteLocalRef(texts);
+        }
+        return rows;
+    });
+}
+
+// Changes the faults of a served family's services.
+void ChangeFaults(JNIEnv* env, jstring family, const std::function<void(Family, mmisim::ServiceFaults&)>& change) {
+    GuardedVoid(env, [&] {
+        const Family which = FamilyOf(env, family);
+        std::lock_guard<std::mutex> lock(g_lock);
+        if (CurrentProfile().device[which].transport == mmisim::Transport::kNone) {
+            throw JavaThrow{"java/lang/IllegalArgumentException",
+                            std::string("the ") + mmisim::FamilyName(which) + " service is not served on this handset"};
+        }
+        mmisim::ServiceFaults faults = Handset::Get().faults(which);
+        change(which, faults);
+        Handset::Get().setFaults(which, faults);
+    });
+}
+
+int32_t Millis(jint millis) {
+    if (millis < 0) throw JavaThrow{"java/lang/IllegalArgumentException", "a time in milliseconds must not be negative"};
+    return millis;
+}
+
+void FailCalls(JNIEnv* env, jclass, jstring family, jboolean on) {
+    ChangeFaults(env, family, [&](Family, mmisim::ServiceFaults& faults) { faults.failCalls = on == JNI_TRUE; });
+}
+
+void SkipCallbacks(JNIEnv* env, jclass, jstring family, jboolean on) {
+    ChangeFaults(env, family, [&](Family which, mmisim::ServiceFaults& faults) {
+        if (Handset::Get().profile()[which].transport != mmisim::Transport::kHidl) {
+            throw JavaThrow{"java/lang/IllegalArgumentException",
+                            std::string("the ") + mmisim::FamilyName(which) +
+                                    " service is served over AIDL: only a HIDL service answers through result callbacks"};
+        }
+        faults.skipCallbacks = on == JNI_TRUE;
+    });
+}
+
+void SetLatency(JNIEnv* env, jclass, jstring family, jint millis) {
+    ChangeFaults(env, family, [&](Family, mmisim::ServiceFaults& faults) { faults.latencyMs = Millis(millis); });
+}
+
+void StartLater(JNIEnv* env, jclass, jstring family, jint millis) {
+    ChangeFaults(env, family, [&](Family which, mmisim::ServiceFaults&) {
+        Handset::Get().StartLater(which, std::chrono::milliseconds(Millis(millis)));
+    });
+}
+
+// --- the display processor's vendor library, from Java --------------------------------
+
+jboolean HasPanelLibrary(JNIEnv*, jclass) { return PanelLibrary() != nullptr ? JNI_TRUE : JNI_FALSE; }
+
+void SetPanelModes(JNIEnv* env, jclass, jstring text, jint length) {
+    GuardedVoid(env, [&] {
+        const std::optional<std::string> modes =
+                text == nullptr ? std::nullopt : std::optional<std::string>(ReadString(env, text, "text"));
+        PanelControl<decltype(&PanelSimSetModes)>("PanelSimSetModes")(modes ? modes->c_str() : nullptr, length);
+    });
+}
+
+void SetPanelResults(JNIEnv* env, jclass, jint setModeResult, jint currentMode, jint recoverResult) {
+    GuardedVoid(env, [&] {
+        PanelControl<decltype(&PanelSimSetResults)>("PanelSimSetResults")(setModeResult, currentMode, recoverResult);
+    });
+}
+
+jobjectArray PanelCalls(JNIEnv* env, jclass) {
+    return Guarded<jobjectArray>(env, nullptr, [&] {
+        auto count = PanelControl<decltype(&PanelSimCallCount)>("PanelSimCallCount");
+        auto text = PanelControl<decltype(&PanelSimCallText)>("PanelSimCallText");
+        std::vector<std::string> calls;
+        for (int i = 0, n = count(); i < n; ++i) {
+            const int length = text(i, nullptr, 0);
+            if (length < 0) break;
+            std::string call(static_cast<size_t>(length) + 1, '\0');
+            text(i, call.data(), length + 1);
+            call.resize(static_cast<size_t>(length));
+            calls.push_back(std::move(call));
+        }
+        return StringArray(env, calls);
     });
 }
 
@@ -390,16 +763,29 @@ jfloatArray FlickerSpectrum(JNIEnv* env, jclass, jintArray samples) {
     });
 }
 
-jint DetectFlickerFrequency(JNIEnv* env, jclass, jintArray samples) {
+jint Detect(JNIEnv* env, jintArray samples, jint windowLength, jfloat sampleRate) {
     return Guarded<jint>(env, -1, [&]() -> jint {
         int raw[kFlickerSamples];
         ReadSamples(env, samples, raw);
+        if (windowLength > kMaxWindowLength) {
+            throw JavaThrow{"java/lang/IllegalArgumentException",
+                            "the window may be at most " + std::to_string(kMaxWindowLength) + " samples long, not " +
+                                    std::to_string(windowLength)};
+        }
         int frequency = -1;
-        if (DetectFlickerFrequence(raw, kFlickerSamples, frequency, kFlickerSampleRate) != 0) {
+        if (DetectFlickerFrequence(raw, windowLength, frequency, sampleRate) != 0) {
             throw JavaThrow{"java/lang/IllegalStateException", "the detector could not clear its working record"};
         }
         return frequency;
     });
+}
+
+jint DetectFlickerFrequency(JNIEnv* env, jclass, jintArray samples) {
+    return Detect(env, samples, kFlickerSamples, kFlickerSampleRate);
+}
+
+jint DetectFlickerFrequencyWith(JNIEnv* env, jclass, jintArray samples, jint windowLength, jfloat sampleRate) {
+    return Detect(env, samples, windowLength, sampleRate);
 }
 
 #define NATIVE(name, signature, function) \
@@ -421,6 +807,17 @@ const JNINativeMethod kMethods[] = {
         NATIVE("awaitDeathHandled", "(Ljava/lang/String;J)Z", AwaitDeathHandled),
         NATIVE("awaitNoticesDelivered", "(J)Z", AwaitNoticesDelivered),
         NATIVE("notifyCameraEvent", "(I)Z", NotifyCameraEvent),
+        NATIVE("notifyCameraEventFromUnattachedThread", "(I)Z", NotifyCameraEventFromUnattachedThread),
+        NATIVE("notifyCameraEventAfterUnload", "(I)Z", NotifyCameraEventAfterUnload),
+        NATIVE("callRecords", "(Ljava/lang/String;)[[Ljava/lang/String;", CallRecords),
+        NATIVE("failCalls", "(Ljava/lang/String;Z)V", FailCalls),
+        NATIVE("skipCallbacks", "(Ljava/lang/String;Z)V", SkipCallbacks),
+        NATIVE("setLatency", "(Ljava/lang/String;I)V", SetLatency),
+        NATIVE("startLater", "(Ljava/lang/String;I)V", StartLater),
+        NATIVE("hasPanelLibrary", "()Z", HasPanelLibrary),
+        NATIVE("setPanelModes", "(Ljava/lang/String;I)V", SetPanelModes),
+        NATIVE("setPanelResults", "(III)V", SetPanelResults),
+        NATIVE("panelCalls", "()[Ljava/lang/String;", PanelCalls),
         NATIVE("logLines", "()[Ljava/lang/String;", LogLines),
         NATIVE("logMark", "()J", LogMark),
         NATIVE("logLinesSince", "(J)[Ljava/lang/String;", LogLinesSince),
@@ -429,6 +826,7 @@ const JNINativeMethod kMethods[] = {
         NATIVE("lightSamples", "()[I", LightSamples),
         NATIVE("flickerSpectrum", "([I)[F", FlickerSpectrum),
         NATIVE("detectFlickerFrequency", "([I)I", DetectFlickerFrequency),
+        NATIVE("detectFlickerFrequency", "([IIF)I", DetectFlickerFrequencyWith),
 };
 
 #undef NATIVE

@@ -272,6 +272,12 @@ public:
         });
     }
 
+    // The client's process ended: its callback is gone with it.
+    void ForgetClient() {
+        std::lock_guard<std::mutex> lock(mLock);
+        mCallback = nullptr;
+    }
+
     // Reports an event to the registered client from a thread of the service's own.
     bool Notify(int32_t serviceResult, const std::function<void()>& onThreadStart,
                 const std::function<void()>& onThreadEnd) {
@@ -317,10 +323,11 @@ public:
 class VibratorService : public android::hardware::vibrator::BnVibrator {
 public:
     Status getCapabilities(int32_t* out) override {
+        if (!isBinderAlive()) return Status::fromStatusT(android::DEAD_OBJECT);
         *out = 0;
         return Status::ok();
     }
-    Status off() override { return Status::ok(); }
+    Status off() override { return Status::fromStatusT(isBinderAlive() ? android::OK : android::DEAD_OBJECT); }
 };
 
 // An extension binder of some other interface than the maker's vibrator.
@@ -389,9 +396,11 @@ public:
             binders.swap(mSessionBinders);
         }
         MarkDead();
-        hostcontrol::KillAIBinder(asBinder().get());
         for (const auto& session : sessions) session->MarkDead();
-        for (const auto& binder : binders) hostcontrol::KillAIBinder(binder.get());
+        const ndk::SpAIBinder self = asBinder();
+        std::vector<AIBinder*> objects{self.get()};
+        for (const auto& binder : binders) objects.push_back(binder.get());
+        hostcontrol::KillAIBinders(objects);
     }
 
 private:
@@ -406,10 +415,10 @@ private:
 template <typename Service>
 void Serve(Handset::Running& running, Family family, const sp<Service>& service) {
     android::defaultServiceManager()->addService(String16(Handset::AidlServiceName(family).c_str()), service);
-    running.killers.push_back([service] {
+    running.kill = [service] {
         service->MarkDead();
         hostcontrol::KillBinder(service);
-    });
+    };
 }
 
 }  // namespace
@@ -430,12 +439,13 @@ std::shared_ptr<Handset::Running> StartAidlFamily(Handset& handset, Family famil
                                               const std::function<void()>& onEnd) {
                 return service->Notify(serviceResult, onStart, onEnd);
             };
+            running->forgetClients = [service] { service->ForgetClient(); };
             break;
         }
         case Family::kFingerprint: {
             auto service = ndk::SharedRefBase::make<FingerprintService>(handset, config.fingerprintNoSession);
             AServiceManager_addService(service->asBinder().get(), Handset::AidlServiceName(family).c_str());
-            running->killers.push_back([service] { service->KillAll(); });
+            running->kill = [service] { service->KillAll(); };
             break;
         }
         case Family::kVibrator: {
@@ -448,13 +458,11 @@ std::shared_ptr<Handset::Running> StartAidlFamily(Handset& handset, Family famil
                 base->setExtension(new OtherExtension());
             }
             android::defaultServiceManager()->addService(String16(Handset::AidlServiceName(family).c_str()), base);
-            running->killers.push_back([base, cust] {
-                if (cust != nullptr) {
-                    cust->MarkDead();
-                    hostcontrol::KillBinder(cust);
-                }
-                hostcontrol::KillBinder(base);
-            });
+            // The extension lives in the base service's process and dies with it.
+            running->kill = [base, cust] {
+                if (cust != nullptr) cust->MarkDead();
+                hostcontrol::KillBinders({base, cust});
+            };
             break;
         }
     }

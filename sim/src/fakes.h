@@ -10,8 +10,12 @@
 namespace mmisim {
 
 struct Handset::Running {
-    // Each entry kills one part of the family's service process.
-    std::vector<std::function<void()>> killers;
+    // Kills the family's service process: all its service objects die together, and all
+    // have left the service managers before the first death notice goes out.
+    std::function<void()> kill;
+    // The application's process ended: the services drop the client binders they hold
+    // (the camera's client callback).
+    std::function<void()> forgetClients;
     // Camera only: delivers an event to the registered client (see Handset::NotifyVaelonEvent).
     std::function<bool(int32_t, const std::function<void()>&, const std::function<void()>&)> notifyVaelon;
 };

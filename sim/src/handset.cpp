@@ -12,6 +12,8 @@
 #include <vendor/zentel/hardware/sensors/ISensors.h>
 #include <vendor/zentel/hardware/tp/ITouchscreen.h>
 
+#include <thread>
+
 #include "fakes.h"
 
 namespace mmisim {
@@ -105,9 +107,15 @@ void Handset::Configure(const DeviceProfile& profile) {
     }
     mProfile = profile;
     for (Family family : kAllFamilies) {
+        CancelLateStartLocked(family);
         const FamilyConfig& config = mProfile[family];
         if (config.transport == Transport::kAidl) hostcontrol::DeclareService(AidlServiceName(family));
-        if (config.transport != Transport::kNone && !config.declaredNotStarted) StartLocked(family);
+        if (config.transport == Transport::kNone || config.declaredNotStarted) continue;
+        if (config.lateStartMs > 0) {
+            StartLaterLocked(family, std::chrono::milliseconds(config.lateStartMs));
+        } else {
+            StartLocked(family);
+        }
     }
 }
 
@@ -118,7 +126,49 @@ void Handset::Kill(Family family) {
 
 void Handset::Start(Family family) {
     std::lock_guard<std::mutex> lock(mLock);
+    CancelLateStartLocked(family);
     if (mRunning[static_cast<size_t>(family)] == nullptr) StartLocked(family);
+}
+
+void Handset::StartLater(Family family, std::chrono::milliseconds delay) {
+    std::lock_guard<std::mutex> lock(mLock);
+    StartLaterLocked(family, delay);
+}
+
+void Handset::StartLaterLocked(Family family, std::chrono::milliseconds delay) {
+    const size_t index = static_cast<size_t>(family);
+    const uint64_t ticket = ++mLateStart[index];
+    mLateStartChanged.notify_all();
+    const bool waitedFor = mProfile[family].transport == Transport::kAidl;
+    const std::string name = AidlServiceName(family);
+    // A thread of the handset's (the service's init), never joined: the handset lives as
+    // long as the process.
+    std::thread([this, family, index, ticket, waitedFor, name, delay] {
+        const auto cancelled = [&] { return mLateStart[index] != ticket; };
+        if (waitedFor) {
+            for (;;) {
+                if (hostcontrol::WaitForWaiters(name, 1, std::chrono::milliseconds(50))) break;
+                std::lock_guard<std::mutex> lock(mLock);
+                if (cancelled()) return;
+            }
+        }
+        std::unique_lock<std::mutex> lock(mLock);
+        if (mLateStartChanged.wait_for(lock, delay, cancelled)) return;
+        ++mLateStart[index];  // done: nothing to cancel any more
+        if (mRunning[index] == nullptr) StartLocked(family);
+    }).detach();
+}
+
+void Handset::CancelLateStartLocked(Family family) {
+    ++mLateStart[static_cast<size_t>(family)];
+    mLateStartChanged.notify_all();
+}
+
+void Handset::ForgetClients() {
+    std::lock_guard<std::mutex> lock(mLock);
+    for (const auto& running : mRunning) {
+        if (running != nullptr && running->forgetClients) running->forgetClients();
+    }
 }
 
 bool Handset::IsRunning(Family family) const {
@@ -135,8 +185,7 @@ void Handset::StartLocked(Family family) {
 
 void Handset::KillLocked(Family family) {
     std::shared_ptr<Running> running = std::move(mRunning[static_cast<size_t>(family)]);
-    if (running == nullptr) return;
-    for (const auto& kill : running->killers) kill();
+    if (running != nullptr && running->kill) running->kill();
 }
 
 bool Handset::NotifyVaelonEvent(int32_t serviceResult, const std::function<void()>& onThreadStart,

@@ -68,13 +68,13 @@ public:
     Return<void> getManufactureFileName(getManufactureFileName_cb cb) override {
         return ServeHidl("getManufactureFileName", {},
                          [&](const auto& a) {
-                             if (!a.skipCallbacks) cb(a.manufactureFileName.ret, a.manufactureFileName.text);
+                             cb(a.manufactureFileName.ret, a.manufactureFileName.text);
                          });
     }
     Return<void> getDeviceInfo(int32_t id, getDeviceInfo_cb cb) override {
         return ServeHidl("getDeviceInfo", Args(id), [&](const auto& a) {
             const TextReply& reply = Lookup(a.deviceInfo, id);
-            if (!a.skipCallbacks) cb(reply.ret, reply.text);
+            cb(reply.ret, reply.text);
         });
     }
     Return<int32_t> setDeviceInfo(int32_t id, const hidl_string& info) override {
@@ -93,7 +93,7 @@ public:
     Return<void> getManufactureStationFlag(int32_t stationId, getManufactureStationFlag_cb cb) override {
         return ServeHidl("getManufactureStationFlag", Args(stationId), [&](const auto& a) {
             const TextReply& reply = Lookup(a.stationFlags, stationId);
-            if (!a.skipCallbacks) cb(reply.ret, reply.text);
+            cb(reply.ret, reply.text);
         });
     }
     Return<int32_t> sendFmdCmdData(const factory::V1_0::FmdCmdData& data) override {
@@ -149,7 +149,7 @@ public:
     }
     Return<void> getOeminfo(int32_t type, int32_t offset, int32_t length, getOeminfo_cb cb) override {
         return ServeHidl("getOeminfo", Args(type, offset, length), [&](const auto& a) {
-            if (!a.skipCallbacks) cb(a.oeminfoRet, hidl_string(a.oeminfo.data(), a.oeminfo.size()));
+            cb(a.oeminfoRet, hidl_string(a.oeminfo.data(), a.oeminfo.size()));
         });
     }
 
@@ -172,7 +172,6 @@ public:
     }
     Return<void> getDisplayPanelType(getDisplayPanelType_cb cb) override {
         return ServeHidl("getDisplayPanelType", {}, [&](const auto& a) {
-            if (a.skipCallbacks) return;
             cb(static_cast<DISPLAY_RET>(a.panelTypeRet), static_cast<display::V1_0::PANEL_TYPE>(a.panelType));
         });
     }
@@ -197,8 +196,8 @@ public:
 
 private:
     template <typename Callback>
-    static void Reply(const DisplayAnswers& a, const Callback& cb, const TextReply& reply) {
-        if (!a.skipCallbacks) cb(static_cast<DISPLAY_RET>(reply.ret), reply.text);
+    static void Reply(const DisplayAnswers& /*a*/, const Callback& cb, const TextReply& reply) {
+        cb(static_cast<DISPLAY_RET>(reply.ret), reply.text);
     }
     const size_t mNewest;
 };
@@ -210,19 +209,19 @@ public:
     Return<void> getCapacitanceTestResult(getCapacitanceTestResult_cb cb) override {
         return ServeHidl("getCapacitanceTestResult", {},
                          [&](const auto& a) {
-                             if (!a.skipCallbacks) cb(a.capacitanceTest.ret, a.capacitanceTest.text);
+                             cb(a.capacitanceTest.ret, a.capacitanceTest.text);
                          });
     }
     Return<void> getCapacitanceCalibrateResult(int32_t value, getCapacitanceCalibrateResult_cb cb) override {
         return ServeHidl("getCapacitanceCalibrateResult", Args(value),
                          [&](const auto& a) {
-                             if (!a.skipCallbacks) cb(a.capacitanceCalibrate.ret, a.capacitanceCalibrate.text);
+                             cb(a.capacitanceCalibrate.ret, a.capacitanceCalibrate.text);
                          });
     }
     Return<void> getRotateCrownTestResult(getRotateCrownTestResult_cb cb) override {
         return ServeHidl("getRotateCrownTestResult", {},
                          [&](const auto& a) {
-                             if (!a.skipCallbacks) cb(a.rotateCrown.ret == 0, a.rotateCrown.text);
+                             cb(a.rotateCrown.ret == 0, a.rotateCrown.text);
                          });
     }
     Return<int32_t> setTouchScreenFeatureConfig(int32_t feature, const hidl_string& config) override {
@@ -278,14 +277,14 @@ public:
     Return<void> getCalibrateType(int32_t sensorId, int32_t size, getCalibrateType_cb cb) override {
         return ServeHidl("getCalibrateType", Args(sensorId, size),
                          [&](const auto& a) {
-                             if (!a.skipCallbacks) cb(a.calibrateType.ret, a.calibrateType.text);
+                             cb(a.calibrateType.ret, a.calibrateType.text);
                          });
     }
     Return<void> getSensorData(int32_t sensorId, getSensorData_cb cb) override {
         return ServeHidl("getSensorData", Args(sensorId), [&](const auto& a) {
             auto it = a.sensorData.find(sensorId);
             const DataReply reply = it == a.sensorData.end() ? DataReply{} : it->second;
-            if (!a.skipCallbacks) cb(reply.result, hidl_vec<int32_t>(reply.data));
+            cb(reply.result, hidl_vec<int32_t>(reply.data));
         });
     }
     Return<bool> isFlickerSupported(int32_t sensorId) override {
@@ -301,7 +300,7 @@ public:
     Return<void> processSensorParameter(int32_t sensorId, int32_t mainCmd, int32_t subCmd, int32_t length,
                                         processSensorParameter_cb cb) override {
         return ServeHidl("processSensorParameter", Args(sensorId, mainCmd, subCmd, length), [&](const auto& a) {
-            if (!a.skipCallbacks) cb(a.parameter.ret, a.parameter.para, hidl_vec<int32_t>(a.parameter.data));
+            cb(a.parameter.ret, a.parameter.para, hidl_vec<int32_t>(a.parameter.data));
         });
     }
 };
@@ -332,14 +331,14 @@ public:
     }
     Return<void> getPowerState(const hidl_string& key, getPowerState_cb cb) override {
         return ServeHidl("getPowerState", Args(key), [&](const auto& a) {
-            if (!a.skipCallbacks) cb(a.powerState.ret, a.powerState.text);
+            cb(a.powerState.ret, a.powerState.text);
         });
     }
     Return<void> checkUsbSpeed(const hidl_string& scene, const hidl_string& testTimes, const hidl_string& maxLimit,
                                const hidl_string& minLimit, checkUsbSpeed_cb cb) override {
         return ServeHidl("checkUsbSpeed", Args(scene, testTimes, maxLimit, minLimit),
                          [&](const auto& a) {
-                             if (!a.skipCallbacks) cb(a.usbSpeed.ret, a.usbSpeed.text);
+                             cb(a.usbSpeed.ret, a.usbSpeed.text);
                          });
     }
 };
@@ -353,40 +352,62 @@ public:
     }
 };
 
+// The version a service serves, from the newest descriptor of its chain: "1.1" for
+// "vendor.zentel.hardware.hwfactoryinterface@1.1::IHwFactoryInterface".
+std::string ServedVersion(const sp<IBase>& service) {
+    std::string newest;
+    service->interfaceChain([&](const hidl_vec<hidl_string>& chain) {
+        if (chain.size() > 0) newest = chain[0];
+    }).isOk();
+    const size_t at = newest.find('@');
+    const size_t end = newest.find("::", at);
+    return at == std::string::npos || end == std::string::npos ? std::string() : newest.substr(at + 1, end - at - 1);
+}
+
+// The services of one family's process: registered, and killed together.
+struct HidlProcess {
+    std::vector<std::function<void()>> markDead;
+    std::vector<sp<IBase>> services;
+};
+
 template <typename Service>
-void Serve(Handset::Running& running, const sp<Service>& service, const char* instance = "default") {
+void Serve(HidlProcess& process, const sp<Service>& service, const char* instance = "default") {
+    service->SetServedVersion(ServedVersion(service));
     // The service manager turns down only a null service.
     if (service->registerAsService(instance) != android::OK) std::abort();
-    running.killers.push_back([service] {
-        service->MarkDead();
-        hostcontrol::KillHidlService(service);
-    });
+    process.markDead.push_back([service] { service->MarkDead(); });
+    process.services.push_back(service);
 }
 
 }  // namespace
 
 std::shared_ptr<Handset::Running> StartHidlFamily(Handset& handset, Family family, const FamilyConfig& config) {
-    auto running = std::make_shared<Handset::Running>();
+    HidlProcess process;
     const int minor = config.hidlMinor;
     switch (family) {
         case Family::kFactory:
-            Serve(*running, sp<FactoryService>(new FactoryService(handset, minor)), "hwfactoryinterface_hal");
+            Serve(process, sp<FactoryService>(new FactoryService(handset, minor)), "hwfactoryinterface_hal");
             break;
-        case Family::kDisplay: Serve(*running, sp<DisplayService>(new DisplayService(handset, minor))); break;
-        case Family::kTouchScreen: Serve(*running, sp<TouchScreenService>(new TouchScreenService(handset))); break;
+        case Family::kDisplay: Serve(process, sp<DisplayService>(new DisplayService(handset, minor))); break;
+        case Family::kTouchScreen: Serve(process, sp<TouchScreenService>(new TouchScreenService(handset))); break;
         case Family::kFingerprint:
-            Serve(*running, sp<FingerprintService>(new FingerprintService(handset, minor)));
+            Serve(process, sp<FingerprintService>(new FingerprintService(handset, minor)));
             break;
         case Family::kSensors:
-            if (config.sensorsV1) Serve(*running, sp<SensorsV1Service>(new SensorsV1Service(handset, minor)));
-            if (config.sensorsV2) Serve(*running, sp<SensorsV2Service>(new SensorsV2Service(handset, "hidl2")));
+            if (config.sensorsV1) Serve(process, sp<SensorsV1Service>(new SensorsV1Service(handset, minor)));
+            if (config.sensorsV2) Serve(process, sp<SensorsV2Service>(new SensorsV2Service(handset, "hidl2")));
             break;
-        case Family::kPower: Serve(*running, sp<PowerService>(new PowerService(handset))); break;
-        case Family::kLight: Serve(*running, sp<LightService>(new LightService(handset))); break;
+        case Family::kPower: Serve(process, sp<PowerService>(new PowerService(handset))); break;
+        case Family::kLight: Serve(process, sp<LightService>(new LightService(handset))); break;
         case Family::kVaelon:
         case Family::kVibrator:
             break;  // these families have no HIDL generation
     }
+    auto running = std::make_shared<Handset::Running>();
+    running->kill = [process] {
+        for (const auto& markDead : process.markDead) markDead();
+        hostcontrol::KillHidlServices(process.services);
+    };
     return running;
 }
 

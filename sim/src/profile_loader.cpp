@@ -17,6 +17,7 @@
 #include <map>
 #include <set>
 #include <sstream>
+#include <variant>
 
 #ifndef MMI_PROFILE_DIR
 #define MMI_PROFILE_DIR "profiles"
@@ -701,13 +702,65 @@ json AnswersJson(const Profile& profile, Family family) {
 }
 
 // ---------------------------------------------------------------------------------------
+// Faults of a family's services
+
+// Each key of a family's "faults" object, named once here: where its value lives. Reading
+// and writing both walk this list.
+using FaultValue = std::variant<bool*, int32_t*>;
+struct FaultKey {
+    const char* key;
+    FaultValue (*at)(Profile& profile, Family family);
+};
+
+const std::vector<FaultKey>& FaultKeys() {
+    static const std::vector<FaultKey> keys = {
+            {"failCalls", [](Profile& p, Family f) -> FaultValue { return &p.faultsOf(f).failCalls; }},
+            {"skipCallbacks", [](Profile& p, Family f) -> FaultValue { return &p.faultsOf(f).skipCallbacks; }},
+            {"latencyMs", [](Profile& p, Family f) -> FaultValue { return &p.faultsOf(f).latencyMs; }},
+            {"lateStartMs", [](Profile& p, Family f) -> FaultValue { return &p.device[f].lateStartMs; }},
+    };
+    return keys;
+}
+
+void ReadFaults(const Reader& reader, Family family, const json& value, const std::string& path, Profile& profile) {
+    Fields f(reader, value, path);
+    for (const FaultKey& key : FaultKeys()) {
+        f.Optional(key.key, [&](const json& v, const std::string& p) {
+            const FaultValue at = key.at(profile, family);
+            if (std::holds_alternative<bool*>(at)) {
+                *std::get<bool*>(at) = ReadBool(reader, v, p);
+                return;
+            }
+            const int32_t millis = ReadInt(reader, v, p);
+            if (millis < 0) reader.Fail(p, "a time in milliseconds must not be negative");
+            *std::get<int32_t*>(at) = millis;
+        });
+    }
+    f.RejectOthers();
+    if (profile.faultsOf(family).skipCallbacks && profile.device[family].transport != Transport::kHidl) {
+        reader.Fail(Join(path, "skipCallbacks"), "only a HIDL service answers through result callbacks");
+    }
+}
+
+json FaultsJson(const Profile& profile, Family family) {
+    json j = json::object();
+    // The keys' places are only read here.
+    Profile& readable = const_cast<Profile&>(profile);
+    for (const FaultKey& key : FaultKeys()) {
+        std::visit([&](auto* value) { j[key.key] = *value; }, key.at(readable, family));
+    }
+    return j;
+}
+
+// ---------------------------------------------------------------------------------------
 // The service of a family
 
 void ReadFamily(const Reader& reader, Family family, const json& value, const std::string& path, Profile& profile) {
     FamilyConfig& config = profile.device[family];
     config = FamilyConfig();
+    profile.faultsOf(family) = ServiceFaults();
     Fields f(reader, value, path);
-    f.ExpectOnly({"service", "version", "v1x", "v20", "session", "extension", "answers"});
+    f.ExpectOnly({"service", "version", "v1x", "v20", "session", "extension", "answers", "faults"});
     const std::string name = FamilyName(family);
     const bool hasHidl = HidlVersionsOf(family).has_value();
     f.Required("service", hasHidl ? "\"aidl\", \"hidl\" or \"none\"" : "\"aidl\" or \"none\"",
@@ -759,6 +812,10 @@ void ReadFamily(const Reader& reader, Family family, const json& value, const st
         }
     });
     f.Optional("answers", [&](const json& v, const std::string& p) { ReadAnswers(reader, family, v, p, profile); });
+    f.Optional("faults", [&](const json& v, const std::string& p) {
+        if (config.transport == Transport::kNone) reader.Fail(p, "no service is served to misbehave");
+        ReadFaults(reader, family, v, p, profile);
+    });
 }
 
 json FamilyJson(const Profile& profile, Family family) {
@@ -780,6 +837,7 @@ json FamilyJson(const Profile& profile, Family family) {
         j["extension"] = ExtensionText(config.vibratorExtension);
     }
     j["answers"] = AnswersJson(profile, family);
+    if (config.transport != Transport::kNone) j["faults"] = FaultsJson(profile, family);
     return j;
 }
 
@@ -971,7 +1029,10 @@ void ApplyAnswers(const Profile& profile, Family family, Handset& handset) {
 
 void ServeProfile(const Profile& profile, Handset& handset) {
     handset.Configure(profile.device);
-    for (Family family : kAllFamilies) ApplyAnswers(profile, family, handset);
+    for (Family family : kAllFamilies) {
+        ApplyAnswers(profile, family, handset);
+        handset.setFaults(family, profile.faultsOf(family));
+    }
 }
 
 void SetAnswer(Profile& profile, const std::string& familyName, const std::string& key, const std::string& jsonValue) {

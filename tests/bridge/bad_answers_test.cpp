@@ -179,14 +179,10 @@ protected:
     void SetUp() override {
         MmiTest::SetUp();
         Boot(mmisim::DeviceProfile::AllHidl());
-        handset().factory().update([](mmisim::FactoryAnswers& a) { a.skipCallbacks = true; });
-        handset().display().update([](mmisim::DisplayAnswers& a) { a.skipCallbacks = true; });
-        handset().touchScreen().update([](mmisim::TouchScreenAnswers& a) { a.skipCallbacks = true; });
-        handset().sensors().update([](mmisim::SensorAnswers& a) {
-            a.skipCallbacks = true;
-            a.sensorData[5] = {0, {120}};
-        });
-        handset().power().update([](mmisim::PowerAnswers& a) { a.skipCallbacks = true; });
+        mmisim::ServiceFaults silent;
+        silent.skipCallbacks = true;
+        for (mmisim::Family family : mmisim::kAllFamilies) handset().setFaults(family, silent);
+        handset().sensors().update([](mmisim::SensorAnswers& a) { a.sensorData[5] = {0, {120}}; });
         SetCapacitanceFailInfo(mEnv, "before");
         Mark();
     }

@@ -97,7 +97,7 @@ TEST_F(CameraAlwaysOnTest, ServiceResultsOtherThanZeroFail) {
 }
 
 TEST_F(CameraAlwaysOnTest, ServiceDyingUnderTheCallsLeavesThePresets) {
-    WithDeadAidlService(mmisim::Family::kVaelon, [&] {
+    WithDeadService(mmisim::Family::kVaelon, [&] {
         EXPECT_EQ(Ints("getCapabilitiesNative", "()[I"), std::nullopt);
         EXPECT_EQ(Register(4), -1);
         EXPECT_EQ(Unregister(), -1);

@@ -6,13 +6,14 @@
 
 #include <binder/Binder.h>
 #include <hostcontrol/binder_control.h>
+#include <hostcontrol/hidl_control.h>
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "factory_records_support.h"  // Gate and the notice-thread holds
+#include "factory_records_support.h"
 #include "mmi_fixture.h"
 
 namespace mmitest {
@@ -130,33 +131,17 @@ private:
     JNIEnv_ mEnv{};
 };
 
-// Kills the family's HIDL service while the HIDL notice thread is held, so that the calls
-// meet a handle whose service is dead (they fail in transport); then lets the death notice
-// through.
-template <typename Interface>
-void WithDeadHidlService(mmisim::Family family, const std::function<void()>& calls) {
-    Gate& gate = *new Gate();  // never freed: the listener stays registered and may meet it again
-    android::sp<HidlNoticeThreadHold> hold = new HidlNoticeThreadHold(gate);
-    ASSERT_TRUE(Interface::registerForNotifications("", hold));
-    ASSERT_TRUE(gate.waitEntered());
+// Kills the family's service while the delivery of its notices is held back, so that the
+// calls meet a handle whose service is dead (they fail in transport); then lets the death
+// notice through. Over AIDL the family is started again afterwards, so that the library's
+// recovery, which waits for it, can finish.
+inline void WithDeadService(mmisim::Family family, const std::function<void()>& calls) {
+    const bool aidl = mmisim::Handset::Get().profile()[family].transport == mmisim::Transport::kAidl;
+    aidl ? hostcontrol::HoldBinderNotices() : hostcontrol::HoldHidlNotices();
     mmisim::Handset::Get().Kill(family);
     calls();
-    gate.open();
-}
-
-// The same over AIDL, holding the binder thread; the family is started again afterwards so
-// that the library's recovery, which waits for it, can finish.
-inline void WithDeadAidlService(mmisim::Family family, const std::function<void()>& calls) {
-    Gate& gate = *new Gate();  // never freed: the binder thread may still be leaving it
-    android::sp<android::IBinder> own = new android::BBinder();
-    android::sp<BinderThreadHold> hold = new BinderThreadHold(gate);
-    ASSERT_EQ(own->linkToDeath(hold), android::OK);
-    hostcontrol::KillBinder(own);
-    ASSERT_TRUE(gate.waitEntered());
-    mmisim::Handset::Get().Kill(family);
-    calls();
-    gate.open();
-    mmisim::Handset::Get().Start(family);
+    aidl ? hostcontrol::ReleaseBinderNotices() : hostcontrol::ReleaseHidlNotices();
+    if (aidl) mmisim::Handset::Get().Start(family);
 }
 
 }  // namespace mmitest

@@ -3,18 +3,14 @@
 // service can fail under a call that already chose it.
 #pragma once
 
-#include <android/hidl/manager/1.0/IServiceNotification.h>
-#include <binder/Binder.h>
 #include <hostcontrol/binder_control.h>
+#include <hostcontrol/hidl_control.h>
 #include <jni.h>
-#include <vendor/zentel/hardware/hwfactoryinterface/1.0/IHwFactoryInterface.h>
 
 #include <atomic>
-#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "mmi_fixture.h"
@@ -123,62 +119,6 @@ private:
     static inline std::map<std::string, void*> sMethods;
 };
 
-// A gate that a notice thread waits on, opened by the test (or, at the latest, after the
-// bound, so that a failing test cannot hang the thread for good).
-class Gate {
-public:
-    void wait() {
-        std::unique_lock<std::mutex> lock(mLock);
-        mEntered = true;
-        mChanged.notify_all();
-        mChanged.wait_for(lock, kNoticeTimeout, [this] { return mOpen; });
-    }
-    bool waitEntered() {
-        std::unique_lock<std::mutex> lock(mLock);
-        return mChanged.wait_for(lock, kNoticeTimeout, [this] { return mEntered; });
-    }
-    void open() {
-        std::lock_guard<std::mutex> lock(mLock);
-        mOpen = true;
-        mChanged.notify_all();
-    }
-
-private:
-    std::mutex mLock;
-    std::condition_variable mChanged;
-    bool mEntered = false;
-    bool mOpen = false;
-};
-
-// Holds the HIDL notice thread in a registration notice of our own, so that a death notice
-// queued after it waits: the library keeps its handle to a service whose calls fail.
-class HidlNoticeThreadHold : public android::hidl::manager::V1_0::IServiceNotification {
-public:
-    explicit HidlNoticeThreadHold(std::shared_ptr<Gate> gate) : mGate(std::move(gate)) {}
-    // A gate the caller keeps alive for as long as the listener may be notified.
-    explicit HidlNoticeThreadHold(Gate& gate) : mGate(&gate, [](Gate*) {}) {}
-    android::hardware::Return<void> onRegistration(const android::hardware::hidl_string&,
-                                                   const android::hardware::hidl_string&, bool) override {
-        mGate->wait();
-        return android::hardware::Void();
-    }
-
-private:
-    std::shared_ptr<Gate> mGate;
-};
-
-// The same for the binder thread: the death notice of a binder of our own.
-class BinderThreadHold : public android::IBinder::DeathRecipient {
-public:
-    explicit BinderThreadHold(std::shared_ptr<Gate> gate) : mGate(std::move(gate)) {}
-    // A gate the caller keeps alive until the notice has been handled.
-    explicit BinderThreadHold(Gate& gate) : mGate(&gate, [](Gate*) {}) {}
-    void binderDied(const android::wp<android::IBinder>&) override { mGate->wait(); }
-
-private:
-    std::shared_ptr<Gate> mGate;
-};
-
 // Factory record tests over one backend, with a handset that serves only the factory.
 class FactoryRecordTest : public MmiTest, public ::testing::WithParamInterface<FactoryBackend> {
 protected:
@@ -197,27 +137,14 @@ protected:
     }
 
     // Runs `calls` while the factory service is dead but the library still holds it (its
-    // death notice waits behind one of ours), then lets the notice through, brings the
-    // service back and waits until the library has reconnected.
+    // death notice is held back), then lets the notice through, brings the service back
+    // and waits until the library has reconnected.
     void WithServiceDeadUnderCalls(const std::function<void()>& calls) {
-        auto gate = std::make_shared<Gate>();
-        android::sp<BinderThreadHold> binderHold;
-        android::sp<android::BBinder> ownBinder;
-        if (Aidl()) {
-            binderHold = new BinderThreadHold(gate);
-            ownBinder = new android::BBinder();
-            ASSERT_EQ(ownBinder->linkToDeath(binderHold), android::OK);
-            hostcontrol::KillBinder(ownBinder);
-        } else {
-            ASSERT_TRUE(
-                    vendor::zentel::hardware::hwfactoryinterface::V1_0::IHwFactoryInterface::registerForNotifications(
-                            "", new HidlNoticeThreadHold(gate)));
-        }
-        ASSERT_TRUE(gate->waitEntered());
+        Aidl() ? hostcontrol::HoldBinderNotices() : hostcontrol::HoldHidlNotices();
         handset().Kill(mmisim::Family::kFactory);
         calls();
         const size_t mark = log().mark();
-        gate->open();
+        Aidl() ? hostcontrol::ReleaseBinderNotices() : hostcontrol::ReleaseHidlNotices();
         if (Aidl()) {
             EXPECT_TRUE(log().waitForMessage(mark, kWarn, "ServiceDied, remote hal service died", kNoticeTimeout));
             handset().Start(mmisim::Family::kFactory);

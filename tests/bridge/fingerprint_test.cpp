@@ -1,6 +1,4 @@
 // Factory commands to the fingerprint HAL: the AIDL session and the HIDL extension.
-#include <vendor/zentel/hardware/biometrics/fingerprint/2.2/IExtBiometricsFingerprint.h>
-
 #include "device_support.h"
 
 namespace mmitest {
@@ -38,8 +36,7 @@ TEST_F(FingerprintCmdTest, WithoutSessionOrExtensionAnswersMinusOne) {
 
 TEST_F(FingerprintCmdTest, HidlServiceDyingUnderTheCallAnswersMinusOne) {
     Boot(mmisim::DeviceProfile::AllHidl());
-    WithDeadHidlService<vendor::zentel::hardware::biometrics::fingerprint::V2_2::IExtBiometricsFingerprint>(
-            mmisim::Family::kFingerprint, [&] { EXPECT_EQ(Int("sendCmdToFingerprintHalNative", "(I)I", 7), -1); });
+    WithDeadService(mmisim::Family::kFingerprint, [&] { EXPECT_EQ(Int("sendCmdToFingerprintHalNative", "(I)I", 7), -1); });
     EXPECT_TRUE(Has(kInfo, Prefixed("SetCmdToFingerprintHal by hidl, cmd = 7 ret = -1")));
 }
 

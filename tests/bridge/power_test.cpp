@@ -1,6 +1,4 @@
 // Power test scenes and the USB speed check over both backends.
-#include <vendor/zentel/hardware/power/1.0/IHWPower.h>
-
 #include "device_support.h"
 
 namespace mmitest {
@@ -90,10 +88,10 @@ TEST_F(PowerUsbTest, ServiceDyingUnderTheCallsAnswersThePresets) {
         EXPECT_EQ(Int("checkUsbSpeedNative", kUsbSig, J("usb_otg")), -1);
     };
     Boot(mmisim::DeviceProfile::AllHidl());
-    WithDeadHidlService<vendor::zentel::hardware::power::V1_0::IHWPower>(mmisim::Family::kPower, calls);
+    WithDeadService(mmisim::Family::kPower, calls);
     EXPECT_TRUE(Has(kInfo, Prefixed("CheckUsbSpeed by hidl, scene: usb_otg, resultCode: -1, resultInfo: ")));
     Boot(mmisim::DeviceProfile::AllAidl());
-    WithDeadAidlService(mmisim::Family::kPower, calls);
+    WithDeadService(mmisim::Family::kPower, calls);
     EXPECT_TRUE(Has(kInfo, Prefixed("GetPowerState by aidl fail, result code: -1")));
 }
 

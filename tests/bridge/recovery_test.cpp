@@ -1,13 +1,17 @@
 // Service deaths and returns: the AIDL backend drops every family and reconnects them all,
 // waiting for declared services; the HIDL backend drops every family and reconnects when a
 // service registers anew.
+#include <binder/IServiceManager.h>
 #include <hostcontrol/binder_control.h>
+#include <vendor/zentel/hardware/light/2.0/ILight.h>
 
 #include <algorithm>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
 
+#include "device_support.h"
 #include "jvm.h"
-#include "mmi_fixture.h"
 
 namespace mmitest {
 namespace {
@@ -58,6 +62,23 @@ TEST_F(AidlRecoveryTest, OneDeathDropsAndReconnectsAllNineFamilies) {
     Mark();
     EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "ZT26A0012345");
     EXPECT_TRUE(Has(kInfo, "GetBsn, Aidl Called"));
+}
+
+// A device's binder thread pool hands a death notice to a free thread at once, also while
+// another thread's recovery waits for a service.
+TEST_F(AidlRecoveryTest, ASecondDeathIsDeliveredWhileARecoveryWaits) {
+    Boot(DeviceProfile::AllAidl());
+    handset().Kill(Family::kDisplay);
+    // The recovery reconnected the factory interface and now waits for the display.
+    ASSERT_TRUE(hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(Family::kDisplay), 1, kNoticeTimeout));
+    Mark();
+    handset().Kill(Family::kFactory);
+    EXPECT_TRUE(WaitFor(kWarn, kServiceDied));
+    handset().Start(Family::kFactory);
+    handset().Start(Family::kDisplay);
+    ASSERT_TRUE(NoticesDelivered());
+    EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "ZT26A0012345");
+    EXPECT_EQ(Str("getScreenCurrentFpsNative", "()Ljava/lang/String;"), "60");
 }
 
 TEST_F(AidlRecoveryTest, FingerprintSessionDeathAlsoRecovers) {
@@ -176,6 +197,80 @@ INSTANTIATE_TEST_SUITE_P(Cookies, HidlRecoveryTest,
                              return std::string(mmisim::FamilyName(info.param.family));
                          });
 
+// Every family of a handset dies and comes back twenty times in one process, and the
+// library recovers every time. A family's service objects die together and leave the
+// service manager before any notice goes out, so a recovery never finds a dying service
+// (the vibrator's base service and its extension), and a dead binder answers nothing, not
+// even getExtension.
+class RepeatedDeathTest : public MmiTest, public ::testing::WithParamInterface<DeviceBackend> {
+protected:
+    bool Aidl() const { return GetParam().aidl(); }
+
+    // Whether each family answered from its service through the library.
+    std::vector<std::pair<Family, bool>> Served() {
+        EXPECT_EQ(mEnv->PushLocalFrame(16), 0);
+        std::vector<std::pair<Family, bool>> served = {
+                {Family::kFactory, Str("getBsnNative", "()Ljava/lang/String;") == "ZT26A0012345"},
+                {Family::kDisplay, Str("getScreenCurrentFpsNative", "()Ljava/lang/String;") == "60"},
+                {Family::kTouchScreen, Int("setTouchScreenFeatureConfigNative", "(ILjava/lang/String;)I", 1, J("x")) == 0},
+                {Family::kFingerprint, Int("sendCmdToFingerprintHalNative", "(I)I", 1) == 0},
+                {Family::kSensors, Int("getCompassRawValueLimitNative", "()I") == 1200},
+                {Family::kPower, Int("setPowerStateNative", "(Ljava/lang/String;Ljava/lang/String;)I", J("s"), J("1")) == 0},
+                {Family::kLight, Int("setLightBrightnessNative", "(II)I", 2, 100) == 0}};
+        if (Aidl()) {
+            served.emplace_back(Family::kVaelon, Int("getVaelonOvertimeNative", "(I)I", 1) == 30);
+            served.emplace_back(Family::kVibrator,
+                                Str("getVibratorCalibrateResultNative", "(Ljava/lang/String;)Ljava/lang/String;",
+                                    J("f0")) == "ok");
+        }
+        mEnv->PopLocalFrame(nullptr);
+        return served;
+    }
+
+    // Kills the family and waits until the library has handled the death.
+    void KillAndAwaitDeath(Family family) {
+        android::sp<android::IBinder> vibratorBase;
+        if (family == Family::kVibrator) {
+            vibratorBase = android::defaultServiceManager()->checkService(
+                    android::String16(mmisim::Handset::AidlServiceName(family).c_str()));
+        }
+        handset().Kill(family);
+        if (vibratorBase != nullptr) {
+            android::sp<android::IBinder> extension;
+            EXPECT_EQ(vibratorBase->getExtension(&extension), android::DEAD_OBJECT);
+            EXPECT_EQ(extension, nullptr);
+        }
+        // Over AIDL the recovery then waits for the service; over HIDL the handles are dropped.
+        EXPECT_TRUE(Aidl() ? hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(family), 1, kNoticeTimeout)
+                           : NoticesDelivered())
+                << mmisim::FamilyName(family);
+    }
+};
+
+TEST_P(RepeatedDeathTest, EveryFamilyDiesAndComesBackTwentyTimes) {
+    const DeviceProfile profile = GetParam().profile();
+    Boot(profile);
+    for (int round = 0; round < 20 && !HasFailure(); ++round) {
+        for (Family family : mmisim::kAllFamilies) {
+            if (profile[family].transport == mmisim::Transport::kNone) continue;
+            KillAndAwaitDeath(family);
+            handset().Start(family);
+            ASSERT_TRUE(NoticesDelivered());
+            // Over HIDL the fingerprint family listens for touch-screen registrations: a
+            // fingerprint service coming back alone reconnects nothing, the next family's
+            // return reconnects everything.
+            const bool reconnected = Aidl() || family != Family::kFingerprint;
+            for (const auto& [answered, fromService] : Served()) {
+                EXPECT_EQ(fromService, reconnected) << "round " << round << ", after " << mmisim::FamilyName(family)
+                                                    << " came back: " << mmisim::FamilyName(answered);
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Generations, RepeatedDeathTest, ::testing::Values(kAidlDevices, kHidlDevices),
+                         DeviceBackendName);
+
 class HidlNoticeTest : public MmiTest {};
 
 // The fingerprint family listens for touch-screen registrations, so a fingerprint service
@@ -194,6 +289,47 @@ TEST_F(HidlNoticeTest, FingerprintComingBackAloneReconnectsNothing) {
     handset().Kill(Family::kTouchScreen);
     handset().Start(Family::kTouchScreen);
     ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_hwFingerprint linkToDeath")));
+    ASSERT_TRUE(NoticesDelivered());
+}
+
+// A listener of the test's own that keeps the thread delivering its first notice until
+// released (at the latest after three notice timeouts, longer than any wait of the test).
+class HeldListener : public android::hidl::manager::V1_0::IServiceNotification {
+public:
+    android::hardware::Return<void> onRegistration(const android::hardware::hidl_string&,
+                                                   const android::hardware::hidl_string&, bool) override {
+        std::unique_lock<std::mutex> lock(mLock);
+        mHeld = true;
+        mChanged.notify_all();
+        mChanged.wait_for(lock, 3 * kNoticeTimeout, [this] { return mReleased; });
+        return android::hardware::Void();
+    }
+    bool WaitHeld() {
+        std::unique_lock<std::mutex> lock(mLock);
+        return mChanged.wait_for(lock, kNoticeTimeout, [this] { return mHeld; });
+    }
+    void Release() {
+        std::lock_guard<std::mutex> lock(mLock);
+        mReleased = true;
+        mChanged.notify_all();
+    }
+
+private:
+    std::mutex mLock;
+    std::condition_variable mChanged;
+    bool mHeld = false;
+    bool mReleased = false;
+};
+
+TEST_F(HidlNoticeTest, ADeathIsDeliveredWhileAnotherNoticeIsBeingHandled) {
+    Boot(DeviceProfile::AllHidl());
+    android::sp<HeldListener> listener = new HeldListener();
+    ASSERT_TRUE(vendor::zentel::hardware::light::V2_0::ILight::registerForNotifications("", listener));
+    ASSERT_TRUE(listener->WaitHeld());
+    handset().Kill(Family::kPower);
+    EXPECT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:5")));
+    listener->Release();
+    handset().Start(Family::kPower);
     ASSERT_TRUE(NoticesDelivered());
 }
 

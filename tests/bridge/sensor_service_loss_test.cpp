@@ -2,12 +2,12 @@
 // the dispatcher's choice and the operation's handle read (the operation finds no handle),
 // and a service of either generation dead while the library still holds it (the call fails
 // in transport and the operation answers with its presets, without aborting).
+#include <hostcontrol/binder_control.h>
+#include <hostcontrol/hidl_control.h>
+
 #include <array>
 #include <atomic>
-#include <condition_variable>
 #include <functional>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -20,45 +20,6 @@ using mmisim::DeviceProfile;
 using mmisim::Family;
 
 constexpr const char* kAidlDeathLine = "ServiceDied, remote hal service died";
-
-// Holds the first thread that writes a line starting with `prefix` until released (or,
-// at the latest, until the bound, so that a failing test cannot hang that thread).
-class HoldAtLine {
-public:
-    explicit HoldAtLine(std::string prefix) : mState(std::make_shared<State>()) {
-        auto state = mState;
-        mmisim::LogCapture::Install().setObserver([state, prefix](const mmisim::LogEntry& entry) {
-            if (entry.message.rfind(prefix, 0) != 0) return;
-            std::unique_lock<std::mutex> lock(state->lock);
-            if (state->entered) return;
-            state->entered = true;
-            state->changed.notify_all();
-            state->changed.wait_for(lock, kNoticeTimeout, [&] { return state->released; });
-        });
-    }
-    ~HoldAtLine() { Release(); }
-
-    bool WaitEntered() {
-        std::unique_lock<std::mutex> lock(mState->lock);
-        return mState->changed.wait_for(lock, kNoticeTimeout, [this] { return mState->entered; });
-    }
-
-    void Release() {
-        mmisim::LogCapture::Install().setObserver({});
-        std::lock_guard<std::mutex> lock(mState->lock);
-        mState->released = true;
-        mState->changed.notify_all();
-    }
-
-private:
-    struct State {
-        std::mutex lock;
-        std::condition_variable changed;
-        bool entered = false;
-        bool released = false;
-    };
-    std::shared_ptr<State> mState;
-};
 
 class SensorServiceLossTest : public MmiTest {
 protected:
@@ -130,13 +91,19 @@ protected:
     // library still holds services whose calls fail. Then lets the notices through and
     // brings the services back.
     void WithSensorsDeadUnderCalls(bool aidl, const std::function<void()>& calls) {
-        HoldAtLine hold(aidl ? kAidlDeathLine : Prefixed("ProcessServiceDied, cookie is:"));
+        // The death notices wait until the calls are made.
+        aidl ? hostcontrol::HoldBinderNotices() : hostcontrol::HoldHidlNotices();
         handset().sensors().clearCalls();
         handset().Kill(Family::kSensors);
         calls();
-        EXPECT_TRUE(hold.WaitEntered()) << "no death notice came";
         EXPECT_TRUE(handset().sensors().calls().empty()) << "a dead service answered";
-        hold.Release();
+        const size_t deathMark = log().mark();
+        aidl ? hostcontrol::ReleaseBinderNotices() : hostcontrol::ReleaseHidlNotices();
+        const std::string deathLine = aidl ? kAidlDeathLine : Prefixed("ProcessServiceDied, cookie is:");
+        EXPECT_TRUE(log().waitFor(
+                deathMark, [&](const mmisim::LogEntry& entry) { return entry.message.rfind(deathLine, 0) == 0; },
+                kNoticeTimeout))
+                << "no death notice came";
         if (aidl) {
             // The AIDL recovery waits for the sensor service to come back.
             const size_t mark = log().mark();

@@ -1,7 +1,5 @@
 // Touch-screen tests over both backends: the capacitance test and its Java field, the
 // calibration, the rotary crown and the feature configuration.
-#include <vendor/zentel/hardware/tp/1.0/ITouchscreen.h>
-
 #include "device_support.h"
 #include "jvm.h"
 
@@ -108,7 +106,7 @@ TEST_F(TouchScreenTest, FailedFieldLookupIsReportedAndCleared) {
 
 TEST_F(TouchScreenTest, HidlServiceDyingUnderTheCallsAnswersThePresets) {
     Boot(mmisim::DeviceProfile::AllHidl());
-    WithDeadHidlService<vendor::zentel::hardware::tp::V1_0::ITouchscreen>(mmisim::Family::kTouchScreen, [&] {
+    WithDeadService(mmisim::Family::kTouchScreen, [&] {
         EXPECT_EQ(Int("getCapacitanceTestResultNative", "()I"), -1);
         EXPECT_EQ(Str("getCapacitanceCalibrateResultNative", kCalibrateSig, 5), "Capacitance Calibrate Failed");
         EXPECT_EQ(Str("getRotaryCrownSelfTestNative", "()Ljava/lang/String;"), "error");

@@ -1,7 +1,5 @@
 // The vibrator test over the maker's AIDL extension, and light brightness over both
 // backends (with the HIDL backlight path).
-#include <vendor/zentel/hardware/light/2.0/ILight.h>
-
 #include "device_support.h"
 
 namespace mmitest {
@@ -94,7 +92,7 @@ TEST_F(VibratorLightTest, BacklightOfAHidlDisplayIsLightOne) {
 
 TEST_F(VibratorLightTest, LightWithoutServiceOrDyingUnderTheCallAnswersMinusOne) {
     Boot(mmisim::DeviceProfile::AllHidl());
-    WithDeadHidlService<vendor::zentel::hardware::light::V2_0::ILight>(mmisim::Family::kLight, [&] {
+    WithDeadService(mmisim::Family::kLight, [&] {
         EXPECT_EQ(Int("setLightBrightnessNative", "(II)I", 3, 128), -1);
     });
     EXPECT_TRUE(Has(kInfo, Prefixed("SetLightBrightness by hidl, Id: 3, brightness: 128, result: -1")));

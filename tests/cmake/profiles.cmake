@@ -33,7 +33,7 @@ function(mmi_demo_test name)
   set_tests_properties(demo.${name} PROPERTIES TIMEOUT 300)
 endfunction()
 
-foreach(profile IN ITEMS aidl hidl legacy mixed bare)
+foreach(profile IN ITEMS aidl hidl legacy mixed bare flaky)
   mmi_demo_test(${profile} ARGS --device ${profile} EXPECT_EXIT 0
       EXPECT "Simulated handset: ${profile} (" "61 of 61 native methods called" "Log (logcat -v brief)"
              "I/java: ZtMmiTest_jni: InitMmiNativeManager")
@@ -64,6 +64,6 @@ mmi_demo_test(flicker_plot ARGS --device hidl --flicker-plot ${CMAKE_BINARY_DIR}
 mmi_demo_test(broken_profile ARGS --device ${MMI_PROFILES_TEST_DIR}/broken_display_version.json EXPECT_EXIT 1
     EXPECT "demo: bad device profile: ${MMI_PROFILES_TEST_DIR}/broken_display_version.json: families.display.version: HIDL display has no version 1.9 (served versions: 1.0 to 1.5)")
 mmi_demo_test(unknown_profile ARGS --device pixel EXPECT_EXIT 1
-    EXPECT "demo: bad device profile: unknown device profile \"pixel\"; the shipped profiles are aidl, bare, hidl, legacy, mixed")
+    EXPECT "demo: bad device profile: unknown device profile \"pixel\"; the shipped profiles are aidl, bare, flaky, hidl, legacy, mixed")
 mmi_demo_test(unknown_family ARGS --kill modem EXPECT_EXIT 2
     EXPECT "demo: unknown family for --kill: modem" "usage: demo [--device NAME|FILE]")

@@ -50,7 +50,7 @@ json With(const std::function<void(json&)>& change) {
 
 TEST(ShippedProfiles, AllLoadUnderTheirOwnNames) {
     const std::vector<std::string> names = mmisim::ShippedProfileNames();
-    EXPECT_EQ(names, (std::vector<std::string>{"aidl", "bare", "hidl", "legacy", "mixed"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"aidl", "bare", "flaky", "hidl", "legacy", "mixed"}));
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
         Profile profile;
@@ -140,7 +140,7 @@ TEST(ProfileFormat, UnknownNameListsTheShippedProfiles) {
         FAIL() << "accepted";
     } catch (const ProfileError& error) {
         EXPECT_EQ(std::string(error.what()),
-                  "unknown device profile \"pixel\"; the shipped profiles are aidl, bare, hidl, legacy, mixed "
+                  "unknown device profile \"pixel\"; the shipped profiles are aidl, bare, flaky, hidl, legacy, mixed "
                   "(or give the path of a profile file)");
     }
 }
@@ -248,6 +248,15 @@ INSTANTIATE_TEST_SUITE_P(
                            [](json& d) { d["families"]["vibrator"] = json{{"service", "aidl"}, {"extension", "x"}}; },
                            "t.json: families.vibrator.extension: expected \"custVibrator\", \"none\" or \"other\", not "
                            "\"x\""},
+                BrokenCase{"NegativeLatency",
+                           [](json& d) { d["families"]["light"] = json{{"service", "aidl"}, {"faults", {{"latencyMs", -5}}}}; },
+                           "t.json: families.light.faults.latencyMs: a time in milliseconds must not be negative"},
+                BrokenCase{"SkippedCallbacksOverAidl",
+                           [](json& d) {
+                               d["families"]["display"] = json{{"service", "aidl"}, {"faults", {{"skipCallbacks", true}}}};
+                           },
+                           "t.json: families.display.faults.skipCallbacks: only a HIDL service answers through result "
+                           "callbacks"},
                 BrokenCase{"UnknownFamilyKey", [](json& d) { d["families"]["power"]["answer"] = json::object(); },
                            "t.json: families.power.answer: unknown key; did you mean \"answers\"?"},
                 BrokenCase{"AnswerOfWrongType",

@@ -2,11 +2,14 @@
 //
 // Host build: every BBinder stands for a service living in another process. It keeps
 // death links and can be killed through hostcontrol/binder_control.h, which delivers the
-// obituaries on the process's binder thread as the driver does on a device.
+// obituaries on the process's binder threads as the driver does on a device. A dead object
+// answers no call.
 #pragma once
 
 #include <binder/IBinder.h>
 
+#include <cstdint>
+#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -37,8 +40,10 @@ public:
     void setExtension(const sp<IBinder>& extension);
     sp<IBinder> getExtensionBinder() const;
 
-    // Host: marks the object dead and hands every linked recipient its obituary.
-    void sendObituary();
+    // Host: marks the object dead and returns the obituaries of its links, to be posted
+    // once every object dying with it is dead too (hostcontrol::KillBinders). Links of a
+    // client process that ended (hostcontrol::DropClientLinks) get none.
+    std::vector<std::function<void()>> die();
 
 protected:
     ~BBinder() override;
@@ -48,6 +53,7 @@ private:
         wp<DeathRecipient> recipient;
         void* cookie;
         uint32_t flags;
+        uint64_t client;  // the client process that linked (see hostcontrol::DropClientLinks)
     };
 
     mutable std::mutex mLock;

@@ -2,7 +2,20 @@
 #include <binder/IInterface.h>
 #include <binder/Status.h>
 
-#include "binder_thread.h"
+#include <hostcontrol/binder_control.h>
+
+#include <algorithm>
+#include <atomic>
+
+#include "binder_threads.h"
+
+namespace hostruntime {
+
+// The client process of the links made from now on; a new one starts when the previous
+// one ends (hostcontrol::DropClientLinks).
+std::atomic<uint64_t> g_clientProcess{0};
+
+}  // namespace hostruntime
 
 namespace android {
 
@@ -16,6 +29,7 @@ BBinder* IBinder::localBinder() { return nullptr; }
 status_t IBinder::getExtension(sp<IBinder>* out) {
     BBinder* local = localBinder();
     if (local == nullptr) return INVALID_OPERATION;
+    if (!local->isBinderAlive()) return DEAD_OBJECT;
     *out = local->getExtensionBinder();
     return OK;
 }
@@ -41,7 +55,12 @@ status_t BBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie,
     if (recipient == nullptr) return BAD_VALUE;
     std::lock_guard<std::mutex> lock(mLock);
     if (mDead) return DEAD_OBJECT;
-    mObituaries.push_back(Obituary{recipient, cookie, flags});
+    const uint64_t client = hostruntime::g_clientProcess.load();
+    // Links of a client process that ended are gone with it.
+    mObituaries.erase(std::remove_if(mObituaries.begin(), mObituaries.end(),
+                                     [client](const Obituary& o) { return o.client != client; }),
+                      mObituaries.end());
+    mObituaries.push_back(Obituary{recipient, cookie, flags, client});
     return OK;
 }
 
@@ -69,22 +88,26 @@ sp<IBinder> BBinder::getExtensionBinder() const {
     return mExtension;
 }
 
-void BBinder::sendObituary() {
+std::vector<std::function<void()>> BBinder::die() {
     std::vector<Obituary> obituaries;
     {
         std::lock_guard<std::mutex> lock(mLock);
-        if (mDead) return;
+        if (mDead) return {};
         mDead = true;
         obituaries.swap(mObituaries);
     }
+    const uint64_t client = hostruntime::g_clientProcess.load();
     wp<IBinder> who(this);
+    std::vector<std::function<void()>> notices;
     for (const Obituary& obituary : obituaries) {
+        if (obituary.client != client) continue;  // its process is gone
         wp<DeathRecipient> recipient = obituary.recipient;
-        hostruntime::BinderThread().Post([recipient, who] {
+        notices.push_back([recipient, who] {
             sp<DeathRecipient> alive = recipient.promote();
             if (alive != nullptr) alive->binderDied(who);
         });
     }
+    return notices;
 }
 
 IInterface::IInterface() = default;
@@ -111,3 +134,9 @@ String8 Status::toString8() const {
 
 }  // namespace binder
 }  // namespace android
+
+namespace hostcontrol {
+
+void DropClientLinks() { ++hostruntime::g_clientProcess; }
+
+}  // namespace hostcontrol

@@ -7,8 +7,9 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <vector>
 
-#include "binder_thread.h"
+#include "binder_threads.h"
 
 namespace android {
 namespace {
@@ -122,12 +123,22 @@ namespace hostcontrol {
 
 void DeclareService(const std::string& name) { android::Manager().Declare(name); }
 
-void KillBinder(const android::sp<android::IBinder>& binder) {
-    if (binder == nullptr) return;
-    android::Manager().Forget(binder);
-    android::BBinder* local = binder->localBinder();
-    if (local != nullptr) local->sendObituary();
+void KillBinders(const std::vector<android::sp<android::IBinder>>& binders) {
+    // Every object is gone from the service manager and dead before the first notice goes
+    // out: a recipient that looks the services up again finds none of them.
+    for (const auto& binder : binders) {
+        if (binder != nullptr) android::Manager().Forget(binder);
+    }
+    std::vector<std::function<void()>> notices;
+    for (const auto& binder : binders) {
+        android::BBinder* local = binder == nullptr ? nullptr : binder->localBinder();
+        if (local == nullptr) continue;
+        for (auto& notice : local->die()) notices.push_back(std::move(notice));
+    }
+    for (auto& notice : notices) hostruntime::BinderThreads().Post(std::move(notice));
 }
+
+void KillBinder(const android::sp<android::IBinder>& binder) { KillBinders({binder}); }
 
 int WaitersFor(const std::string& name) { return android::Manager().WaitersFor(name); }
 
@@ -138,7 +149,11 @@ bool WaitForWaiters(const std::string& name, int count, std::chrono::millisecond
 void ResetServiceManager() { android::Manager().Reset(); }
 
 bool WaitForBinderNotices(std::chrono::milliseconds timeout) {
-    return hostruntime::BinderThread().WaitIdle(timeout);
+    return hostruntime::BinderThreads().WaitIdle(timeout);
 }
+
+void HoldBinderNotices() { hostruntime::BinderThreads().Hold(); }
+
+void ReleaseBinderNotices() { hostruntime::BinderThreads().Release(); }
 
 }  // namespace hostcontrol

@@ -1,5 +1,5 @@
 // NDK binder on top of the libbinder stand-in, sharing its service manager and binder
-// thread, as the NDK library shares the driver and servicemanager on a device.
+// threads, as the NDK library shares the driver and servicemanager on a device.
 #include <android/binder_ibinder.h>
 #include <android/binder_manager.h>
 #include <android/binder_status.h>
@@ -231,8 +231,14 @@ bool AServiceManager_isDeclared(const char* instance) {
 
 namespace hostcontrol {
 
-void KillAIBinder(AIBinder* binder) {
-    if (binder != nullptr) KillBinder(android::sp<android::IBinder>(binder));
+void KillAIBinder(AIBinder* binder) { KillAIBinders({binder}); }
+
+void KillAIBinders(const std::vector<AIBinder*>& binders) {
+    std::vector<android::sp<android::IBinder>> objects;
+    for (AIBinder* binder : binders) {
+        if (binder != nullptr) objects.emplace_back(binder);
+    }
+    KillBinders(objects);
 }
 
 }  // namespace hostcontrol

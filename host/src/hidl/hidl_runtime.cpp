@@ -7,15 +7,17 @@
 #include <hostcontrol/hidl_control.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <utility>
 #include <vector>
 
-#include "../common/notice_thread.h"
+#include "../common/notice_pool.h"
 
 using ::android::sp;
 using ::android::wp;
@@ -32,6 +34,10 @@ std::string Status::description() const {
 
 namespace details {
 
+// The client process of the links and listeners made from now on; a new one starts when
+// the previous one ends (hostcontrol::DropHidlClientRegistrations).
+std::atomic<uint64_t> g_clientProcess{0};
+
 void hidlFatal(const char* what, const Status& status) {
     const std::string text = std::string(what) + ": " + status.description();
     __android_log_print(ANDROID_LOG_FATAL, "HidlStatus", "%s", text.c_str());
@@ -45,7 +51,11 @@ public:
     bool Link(const sp<hidl_death_recipient>& recipient, uint64_t cookie) {
         std::lock_guard<std::mutex> lock(mLock);
         if (mDead) return false;
-        mLinks.push_back(Link_{recipient, cookie});
+        const uint64_t client = g_clientProcess.load();
+        // Links of a client process that ended are gone with it.
+        mLinks.erase(std::remove_if(mLinks.begin(), mLinks.end(), [client](const Link_& l) { return l.client != client; }),
+                     mLinks.end());
+        mLinks.push_back(Link_{recipient, cookie, client});
         return true;
     }
 
@@ -66,14 +76,21 @@ public:
     struct Link_ {
         wp<hidl_death_recipient> recipient;
         uint64_t cookie;
+        uint64_t client;  // the client process that linked
     };
 
-    // Marks the object dead and returns the links to notify; empty when already dead.
+    // Marks the object dead and returns the links to notify (those of the current client
+    // process); empty when already dead.
     std::vector<Link_> Kill() {
         std::lock_guard<std::mutex> lock(mLock);
         if (mDead) return {};
         mDead = true;
-        return std::move(mLinks);
+        std::vector<Link_> links;
+        for (Link_& link : mLinks) {
+            if (link.client == g_clientProcess.load()) links.push_back(std::move(link));
+        }
+        mLinks.clear();
+        return links;
     }
 
 private:
@@ -85,7 +102,9 @@ private:
 namespace {
 
 struct HidlThreadTag {};
-hostruntime::NoticeThread& HidlThread() { return hostruntime::NoticeThreadFor<HidlThreadTag>(); }
+// The process's hwbinder thread pool: death notices go to any free thread; registration
+// notices are one-way calls to the listener, delivered in order per listener.
+hostruntime::NoticePool& HidlThreads() { return hostruntime::NoticePoolFor<HidlThreadTag>(); }
 
 const Status kDeadObject = Status::fromStatusT(DEAD_OBJECT);
 
@@ -143,6 +162,15 @@ public:
         // References are dropped outside the lock: a destructor may come back here.
     }
 
+    // The client process ended: hwservicemanager drops its listeners.
+    void DropListeners() {
+        std::deque<Listener> listeners;
+        {
+            std::lock_guard<std::mutex> lock(mLock);
+            listeners.swap(mListeners);
+        }
+    }
+
 private:
     void Notify(const std::string& descriptor, const std::string& instance, bool preexisting) {
         for (const Listener& listener : mListeners) {
@@ -154,9 +182,9 @@ private:
 
     static void Deliver(const sp<IServiceNotification>& n, const std::string& descriptor,
                         const std::string& instance, bool preexisting) {
-        HidlThread().Post([n, descriptor, instance, preexisting] {
+        HidlThreads().Post([n, descriptor, instance, preexisting] {
             n->onRegistration(descriptor, instance, preexisting).isOk();
-        });
+        }, n.get());
     }
 
     std::mutex mLock;
@@ -294,19 +322,28 @@ const char* IServiceNotification::descriptor = "android.hidl.manager@1.0::IServi
 
 namespace hostcontrol {
 
-void KillHidlService(const sp<IBase>& service) {
-    if (service == nullptr) return;
-    android::hardware::details::TheRegistry().Forget(service.get());
-    auto links = service->hostLifeline().Kill();
-    wp<IBase> who(service);
-    for (const auto& link : links) {
-        wp<android::hardware::hidl_death_recipient> recipient = link.recipient;
-        uint64_t cookie = link.cookie;
-        android::hardware::details::HidlThread().Post([recipient, cookie, who] {
-            sp<android::hardware::hidl_death_recipient> alive = recipient.promote();
-            if (alive != nullptr) alive->serviceDied(cookie, who);
-        });
+void KillHidlService(const sp<IBase>& service) { KillHidlServices({service}); }
+
+void KillHidlServices(const std::vector<sp<IBase>>& services) {
+    namespace details = android::hardware::details;
+    // Every service is unregistered and dead before the first notice goes out.
+    for (const auto& service : services) {
+        if (service != nullptr) details::TheRegistry().Forget(service.get());
     }
+    std::vector<std::function<void()>> notices;
+    for (const auto& service : services) {
+        if (service == nullptr) continue;
+        wp<IBase> who(service);
+        for (const auto& link : service->hostLifeline().Kill()) {
+            wp<android::hardware::hidl_death_recipient> recipient = link.recipient;
+            uint64_t cookie = link.cookie;
+            notices.push_back([recipient, cookie, who] {
+                sp<android::hardware::hidl_death_recipient> alive = recipient.promote();
+                if (alive != nullptr) alive->serviceDied(cookie, who);
+            });
+        }
+    }
+    for (auto& notice : notices) details::HidlThreads().Post(std::move(notice));
 }
 
 bool IsHidlServiceDead(const IBase* service) { return service->hostLifeline().IsDead(); }
@@ -314,7 +351,16 @@ bool IsHidlServiceDead(const IBase* service) { return service->hostLifeline().Is
 void ResetHidlServiceManager() { android::hardware::details::TheRegistry().Reset(); }
 
 bool WaitForHidlNotices(std::chrono::milliseconds timeout) {
-    return android::hardware::details::HidlThread().WaitIdle(timeout);
+    return android::hardware::details::HidlThreads().WaitIdle(timeout);
+}
+
+void HoldHidlNotices() { android::hardware::details::HidlThreads().Hold(); }
+
+void ReleaseHidlNotices() { android::hardware::details::HidlThreads().Release(); }
+
+void DropHidlClientRegistrations() {
+    ++android::hardware::details::g_clientProcess;
+    android::hardware::details::TheRegistry().DropListeners();
 }
 
 }  // namespace hostcontrol

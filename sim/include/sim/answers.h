@@ -24,9 +24,6 @@ struct TextReply {
 };
 
 struct FactoryAnswers {
-    // HIDL: every operation that answers through a result callback returns without calling
-    // it (the call itself succeeds), as a faulty service may.
-    bool skipCallbacks = false;
     // Whether the big-data records the service receives are kept (Handset::factoryInbox).
     bool keepReceivedRecords = true;
     bool factoryVersion = true;
@@ -49,7 +46,6 @@ struct FactoryAnswers {
 };
 
 struct DisplayAnswers {
-    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     TextReply screenCurrentFps{0, "60"};
     int32_t selectStationResult = 0;
     TextReply screenConfig{0, "1080x2400@60"};
@@ -61,7 +57,6 @@ struct DisplayAnswers {
 };
 
 struct TouchScreenAnswers {
-    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     TextReply capacitanceTest;
     TextReply capacitanceCalibrate{0, "calibrated"};
     TextReply rotateCrown{0, "pass"};  // over HIDL: success is ret == 0
@@ -85,7 +80,6 @@ struct ParameterReply {
 };
 
 struct SensorAnswers {
-    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     int32_t startCalibrateResult = 0;
     int32_t startSelfTestResult = 0;
     int32_t calibrateDelayTime = 3000;
@@ -101,7 +95,6 @@ struct SensorAnswers {
 };
 
 struct PowerAnswers {
-    bool skipCallbacks = false;  // HIDL: result callbacks never called (see FactoryAnswers)
     int32_t setPowerStateResult = 0;
     TextReply powerState{0, "charging"};
     TextReply usbSpeed{0, "usb3"};
@@ -127,20 +120,43 @@ struct VibratorAnswers {
     std::string result = "ok";  // UTF-8 here; travels as UTF-16
 };
 
+// How a family's services misbehave, the same over both generations. Every call meets them
+// in the services' shared serving code.
+struct ServiceFaults {
+    // Every call fails in transport (the service does not receive it) while the service
+    // stays up and registered.
+    bool failCalls = false;
+    // HIDL: a call that answers through a result callback returns without calling it (the
+    // call itself succeeds), as a faulty service may.
+    bool skipCallbacks = false;
+    // Every call takes this long before it is answered; a service killed meanwhile fails
+    // it at once.
+    int32_t latencyMs = 0;
+};
+
 // One call as a service received it: which service took it ("aidl", "hidl", or "hidl2"
-// for the 2.0 sensors service), the method name and the arguments as text.
+// for the 2.0 sensors service), the method name, the arguments as text, and for a HIDL
+// service the version it serves ("1.1"; empty over AIDL).
 struct Call {
     std::string origin;
     std::string method;
     std::vector<std::string> args;
+    std::string version;
 };
 
-// Answers and received calls of one family, safe to use from any thread. The answers in
-// force are an immutable snapshot that a change replaces, so that concurrent calls of a
-// service copy them outside the lock: the lock only orders the received calls.
+// Answers, faults and received calls of one family, safe to use from any thread. The
+// answers in force are an immutable snapshot that a change replaces, so that concurrent
+// calls of a service copy them outside the lock: the lock only orders the received calls.
 template <typename Answers>
 class FamilyState {
 public:
+    // What a call that reaches the family's service gets.
+    struct Received {
+        bool reached;  // false: the call failed in transport (ServiceFaults::failCalls)
+        ServiceFaults faults;
+        std::shared_ptr<const Answers> answers;
+    };
+
     Answers answers() const {
         std::shared_ptr<const Answers> current;
         {
@@ -157,25 +173,35 @@ public:
         mAnswers = std::move(next);
     }
 
+    ServiceFaults faults() const {
+        std::lock_guard<BriefLock> lock(mLock);
+        return mFaults;
+    }
+
+    void setFaults(const ServiceFaults& faults) {
+        std::lock_guard<BriefLock> lock(mLock);
+        mFaults = faults;
+    }
+
     void reset() {
         std::lock_guard<BriefLock> lock(mLock);
         mAnswers = std::make_shared<const Answers>();
+        mFaults = ServiceFaults();
         mCalls.clear();
         mReceived = 0;
         mRecordCalls = true;
     }
 
-    // Records a call (unless recording is off) and returns the answers in force for it.
-    Answers record(const char* origin, const char* method, std::vector<std::string> args) {
-        Call call{origin, method, std::move(args)};
-        std::shared_ptr<const Answers> current;
-        {
-            std::lock_guard<BriefLock> lock(mLock);
-            ++mReceived;
-            if (mRecordCalls) mCalls.push_back(std::move(call));
-            current = mAnswers;
-        }
-        return *current;
+    // A call arriving at the service: unless it fails in transport, it is recorded (when
+    // recording is on) and gets the answers in force.
+    Received receive(const char* origin, const std::string& version, const char* method,
+                     std::vector<std::string> args) {
+        Call call{origin, method, std::move(args), version};
+        std::lock_guard<BriefLock> lock(mLock);
+        if (mFaults.failCalls) return Received{false, mFaults, nullptr};
+        ++mReceived;
+        if (mRecordCalls) mCalls.push_back(std::move(call));
+        return Received{true, mFaults, mAnswers};
     }
 
     // Whether received calls are kept for calls()/callsTo() (on by default; a long load run
@@ -213,6 +239,7 @@ public:
 private:
     mutable BriefLock mLock;
     std::shared_ptr<const Answers> mAnswers = std::make_shared<const Answers>();
+    ServiceFaults mFaults;
     std::deque<Call> mCalls;  // adding a call never moves the earlier ones
     size_t mReceived = 0;
     bool mRecordCalls = true;

@@ -5,8 +5,12 @@
 #include <sim/answers.h>
 
 #include <array>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,6 +39,10 @@ struct FamilyConfig {
     int hidlMinor = -1;
     // AIDL: declared in the manifest but not running until Start().
     bool declaredNotStarted = false;
+    // Started only this long after someone begins to wait for the service (over AIDL, a
+    // lookup blocked in waitForService; HIDL services are not waited for, so: this long
+    // after the handset was configured). 0: at once.
+    int32_t lateStartMs = 0;
     // HIDL sensors: the 1.x service and the 2.0 service run separately.
     bool sensorsV1 = true;
     bool sensorsV2 = true;
@@ -79,6 +87,12 @@ public:
     // Starts the family's services as the profile says (also one declared but not started).
     void Start(Family family);
     bool IsRunning(Family family) const;
+    // Starts the family's services `delay` after someone begins to wait for them (see
+    // FamilyConfig::lateStartMs) and returns at once. Configure or Start of the family
+    // cancels it.
+    void StartLater(Family family, std::chrono::milliseconds delay);
+    // The application's process ended: the services drop the client binders they hold.
+    void ForgetClients();
 
     FamilyState<FactoryAnswers>& factory() { return mFactory; }
     FamilyState<DisplayAnswers>& display() { return mDisplay; }
@@ -89,6 +103,31 @@ public:
     FamilyState<LightAnswers>& light() { return mLight; }
     FamilyState<VaelonAnswers>& vaelon() { return mVaelon; }
     FamilyState<VibratorAnswers>& vibrator() { return mVibrator; }
+
+    // Runs function(state) on the family's FamilyState and returns what it returns.
+    template <typename Function>
+    decltype(auto) visit(Family family, Function&& function) {
+        switch (family) {
+            case Family::kFactory: return function(mFactory);
+            case Family::kDisplay: return function(mDisplay);
+            case Family::kTouchScreen: return function(mTouchScreen);
+            case Family::kFingerprint: return function(mFingerprint);
+            case Family::kSensors: return function(mSensors);
+            case Family::kPower: return function(mPower);
+            case Family::kLight: return function(mLight);
+            case Family::kVaelon: return function(mVaelon);
+            case Family::kVibrator: break;
+        }
+        return function(mVibrator);
+    }
+
+    // The faults of a family's services, as FamilyState::faults/setFaults.
+    ServiceFaults faults(Family family) { return visit(family, [](auto& state) { return state.faults(); }); }
+    void setFaults(Family family, const ServiceFaults& faults) {
+        visit(family, [&faults](auto& state) { state.setFaults(faults); });
+    }
+    // The calls a family's services received, in order.
+    std::vector<Call> calls(Family family) { return visit(family, [](auto& state) { return state.calls(); }); }
 
     // Makes the camera service report an event to its registered client, from a thread the
     // service owns; onThreadStart and onThreadEnd run on that thread around the call (to
@@ -111,9 +150,15 @@ private:
     void StartLocked(Family family);
     void KillLocked(Family family);
 
+    void StartLaterLocked(Family family, std::chrono::milliseconds delay);
+    void CancelLateStartLocked(Family family);
+
     mutable std::mutex mLock;
     DeviceProfile mProfile;
     std::array<std::shared_ptr<Running>, kAllFamilies.size()> mRunning{};
+    // Per family, the ticket of the late start in force; a new ticket cancels the others.
+    std::array<uint64_t, kAllFamilies.size()> mLateStart{};
+    std::condition_variable mLateStartChanged;
 
     FamilyState<FactoryAnswers> mFactory;
     FamilyState<DisplayAnswers> mDisplay;

@@ -9,7 +9,8 @@
 //     "description": "free text",
 //     "families": {
 //       "factory":  { "service": "aidl", "answers": { "serialNumber": "ZT26A0012345" } },
-//       "display":  { "service": "hidl", "version": "1.4" },
+//       "display":  { "service": "hidl", "version": "1.4",
+//                     "faults": { "skipCallbacks": true, "latencyMs": 200 } },
 //       "sensors":  { "service": "hidl", "version": "1.2", "v20": true,
 //                     "answers": { "flicker": { "sensorId": 5, "frequencyHz": 100 } } },
 //       ...                                   (all nine families must be present)
@@ -25,6 +26,7 @@
 #include <sim/handset.h>
 #include <sim/light_source.h>
 
+#include <array>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -62,6 +64,11 @@ struct Profile {
     VaelonAnswers vaelon;
     VibratorAnswers vibrator;
     std::optional<FlickerLight> flicker;
+    // How each family's services misbehave, by family (the late start is in `device`).
+    std::array<ServiceFaults, kAllFamilies.size()> faults{};
+
+    ServiceFaults& faultsOf(Family family) { return faults[static_cast<size_t>(family)]; }
+    const ServiceFaults& faultsOf(Family family) const { return faults[static_cast<size_t>(family)]; }
 };
 
 // Parses profile text; `source` names it in error messages.
@@ -82,7 +89,8 @@ std::vector<std::string> ShippedProfileNames();
 Profile LoadProfile(const std::string& nameOrPath);
 
 // Serves the profile on the handset: its services are started as it says and every family
-// answers as it says. Replaces whatever the handset served before (Handset::Configure).
+// answers and misbehaves as it says. Replaces whatever the handset served before
+// (Handset::Configure).
 void ServeProfile(const Profile& profile, Handset& handset = Handset::Get());
 
 // Makes the handset answer as the profile says for one family, without touching the

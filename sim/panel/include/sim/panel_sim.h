@@ -29,6 +29,12 @@ PANEL_SIM_API void PanelSimSetModes(const char* text, int length);
 PANEL_SIM_API void PanelSimSetResults(int setModeResult, int currentMode, int recoverResult);
 // How often an entry point (by its symbol name) was called.
 PANEL_SIM_API int PanelSimCalls(const char* entryPoint);
+// The newest 1024 calls received, in order, as text ("setVideoInterpolationMode(1, 120)",
+// "getModes()"): how many there are, and one of them copied into the buffer (cut to
+// size - 1 bytes and terminated). PanelSimCallText returns the text's full length, or -1
+// for no such call.
+PANEL_SIM_API int PanelSimCallCount(void);
+PANEL_SIM_API int PanelSimCallText(int index, char* buffer, int size);
 // The arguments of the last setVideoInterpolationMode call (both -1 before any).
 PANEL_SIM_API void PanelSimLastMode(int* mode, int* freshRate);
 

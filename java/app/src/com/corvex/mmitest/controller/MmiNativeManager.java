@@ -19,9 +19,20 @@ public class MmiNativeManager {
 
     private static final AtomicInteger sRegisterSuccessCount = new AtomicInteger();
 
+    private static volatile Runnable sCameraEventListener;
+
     /** Called by the library when the camera always-on service reports an event. */
     public static void RegisterSuccess() {
         sRegisterSuccessCount.incrementAndGet();
+        Runnable listener = sCameraEventListener;
+        if (listener != null) {
+            listener.run();
+        }
+    }
+
+    /** The screen that waits for camera always-on events (null: none); it runs in RegisterSuccess. */
+    public static void setCameraEventListener(Runnable listener) {
+        sCameraEventListener = listener;
     }
 
     /** How many camera always-on events have reached {@link #RegisterSuccess()}. */

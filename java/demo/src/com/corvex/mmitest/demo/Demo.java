@@ -21,7 +21,7 @@ import java.util.Map;
 public final class Demo {
     private static final String USAGE =
             "usage: demo [--device NAME|FILE] [--kill FAMILY]... [--flicker-plot FILE.svg]\n"
-                    + "  --device NAME|FILE     a shipped device profile (aidl, hidl, legacy, mixed, bare)\n"
+                    + "  --device NAME|FILE     a shipped device profile (aidl, hidl, legacy, mixed, bare, flaky)\n"
                     + "                         or a profile file; default: aidl\n"
                     + "  --kill FAMILY          kill that family's service before its tests and start it\n"
                     + "                         again after them (repeatable); families: "

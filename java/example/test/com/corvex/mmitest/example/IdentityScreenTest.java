@@ -9,48 +9,34 @@ import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.corvex.mmitest.controller.MmiNativeManager;
+import com.corvex.mmitest.sim.HandsetProfile;
 import com.corvex.mmitest.sim.SimulatedHandset;
+import com.corvex.mmitest.sim.SimulatedHandset.ServiceCall;
+import com.corvex.mmitest.sim.SimulatedHandsetExtension;
 
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Arrays;
+import java.util.List;
 
-import org.junit.jupiter.api.AfterEach;
-import org.junit.jupiter.api.BeforeAll;
-import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.extension.ExtendWith;
 import org.junit.jupiter.api.io.TempDir;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.ValueSource;
 
-/** The identity screen on simulated handsets, as an application's own JVM test runs it. */
+/**
+ * The identity screen on simulated handsets, as an application's own JVM test runs it. The
+ * extension starts each test on the shipped AIDL handset, with its answers and an empty log.
+ */
+@ExtendWith(SimulatedHandsetExtension.class)
+@HandsetProfile("aidl")
 class IdentityScreenTest {
     private static final long TIMEOUT_MILLIS = 10_000;
 
-    private MmiNativeManager manager;
-    private IdentityScreen screen;
-
-    @BeforeAll
-    static void serveACurrentHandset() {
-        // Before MmiNativeManager is first used: the library connects when it loads.
-        SimulatedHandset.useProfile("aidl");
-    }
-
-    @BeforeEach
-    void openTheScreen() {
-        manager = new MmiNativeManager();
-        screen = new IdentityScreen(manager);
-    }
-
-    @AfterEach
-    void backToTheCurrentHandset() {
-        // Each test starts on the shipped AIDL handset with its answers and an empty log.
-        if (!"aidl".equals(SimulatedHandset.profileName())) {
-            SimulatedHandset.useProfile("aidl");
-        }
-        SimulatedHandset.reset();
-    }
+    private final MmiNativeManager manager = new MmiNativeManager();
+    private final IdentityScreen screen = new IdentityScreen(manager);
 
     @Test
     void showsTheSerialNumberTheHandsetReports() {
@@ -84,6 +70,29 @@ class IdentityScreenTest {
         SimulatedHandset.setAnswer(SimulatedHandset.FACTORY, "stationFlags.2", "FAIL");
         assertFalse(screen.mayEnterStation(3));
         assertTrue(screen.mayEnterStation(2));
+    }
+
+    @Test
+    @HandsetProfile("legacy")
+    void theScreenAsksForEachEarlierStationInTurn() {
+        assertFalse(screen.mayEnterStation(3));  // station 2 has no flag on this handset
+        // The legacy handset's factory interface is HIDL 1.0.
+        assertEquals(List.of(new ServiceCall("hidl", "1.0", "getManufactureStationFlag", List.of("1")),
+                        new ServiceCall("hidl", "1.0", "getManufactureStationFlag", List.of("2"))),
+                SimulatedHandset.callsTo(SimulatedHandset.FACTORY, "getManufactureStationFlag"));
+        assertEquals("hidl@1.0 getManufactureStationFlag(1)",
+                SimulatedHandset.calls(SimulatedHandset.FACTORY).get(0).toString());
+    }
+
+    @Test
+    void aSerialNumberOutsideTheBasicPlaneComesBackWhole() {
+        String serial = "ZT\uD83D\uDE00";  // an emoji: two UTF-16 units, four bytes of UTF-8
+        SimulatedHandset.setAnswer(SimulatedHandset.FACTORY, "serialNumber", serial);
+        assertEquals("\"" + serial + "\"", SimulatedHandset.answerJson(SimulatedHandset.FACTORY, "serialNumber"));
+        screen.serialNumberLine();
+        assertTrue(Arrays.asList(SimulatedHandset.logLines())
+                        .contains("I/java: ZtMmiTest_jni: GetBsn by aidl, ret: 0, deviceInfo: " + serial),
+                Arrays.toString(SimulatedHandset.logLines()));
     }
 
     @Test
@@ -185,5 +194,10 @@ class IdentityScreenTest {
         }
         assertEquals(detected, (int) (peak * (1000.0f / 1024)));
         assertArrayEquals(samples, SimulatedHandset.lightSamples(), "the same light gives the same samples");
+        // The same samples taken at twice the rate are a flicker of twice the frequency.
+        assertEquals(detected, SimulatedHandset.detectFlickerFrequency(samples, 256, 1000.0f));
+        int twiceAsFast = SimulatedHandset.detectFlickerFrequency(samples, 256, 2000.0f);
+        assertTrue(Math.abs(twiceAsFast - 2 * detected) <= 2, "detected " + twiceAsFast + " Hz at 2000 Hz");
+        assertThrows(IllegalArgumentException.class, () -> SimulatedHandset.detectFlickerFrequency(samples, 301, 1000.0f));
     }
 }

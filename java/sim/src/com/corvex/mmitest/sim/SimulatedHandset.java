@@ -1,5 +1,11 @@
 package com.corvex.mmitest.sim;
 
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.Collections;
+import java.util.List;
+import java.util.Objects;
+
 /**
  * The simulated handset for JVM runs on a workstation: fake hardware services in this
  * process that libZtMmi_jni connects to instead of a device's.
@@ -7,8 +13,14 @@ package com.corvex.mmitest.sim;
  * <p>A test serves a device profile first ({@link #useProfile}), then uses
  * {@code MmiNativeManager} as the application does. Between tests, {@link #reset()} brings
  * back the profile's services and answers and forgets the log. Serving another profile, or
- * resetting, while the library is loaded unloads and loads it again, as a restart of the
- * application on another handset would.
+ * resetting, once the library is loaded restarts the application on the handset: the
+ * library in use unloads, whatever it registered with the services is dropped as the
+ * process's death would drop it, and a fresh instance of the library (a private copy of
+ * its file, with fresh state) loads and connects. {@code MmiNativeManager}'s static Java
+ * fields are the application's own and keep their values. Call it while no native method
+ * runs on another thread.
+ *
+ * <p>JUnit 5 tests can leave all this to {@link SimulatedHandsetExtension}.
  *
  * <p>Families are named {@link #FACTORY}, {@link #DISPLAY}, {@link #TOUCHSCREEN},
  * {@link #FINGERPRINT}, {@link #SENSORS}, {@link #POWER}, {@link #LIGHT}, {@link #CAMERA}
@@ -35,6 +47,63 @@ public final class SimulatedHandset {
     public static final String[] FAMILIES = {
         FACTORY, DISPLAY, TOUCHSCREEN, FINGERPRINT, SENSORS, POWER, LIGHT, CAMERA, VIBRATOR
     };
+
+    /**
+     * One call as a family's service received it: the generation that served it ("aidl"
+     * or "hidl"), for HIDL the interface version the service serves ("1.1"; empty over
+     * AIDL), the method, and the arguments as the service saw them, as text.
+     */
+    public static final class ServiceCall {
+        private final String generation;
+        private final String version;
+        private final String method;
+        private final List<String> args;
+
+        public ServiceCall(String generation, String version, String method, List<String> args) {
+            this.generation = Objects.requireNonNull(generation);
+            this.version = Objects.requireNonNull(version);
+            this.method = Objects.requireNonNull(method);
+            this.args = Collections.unmodifiableList(new ArrayList<>(args));
+        }
+
+        public String generation() {
+            return generation;
+        }
+
+        public String version() {
+            return version;
+        }
+
+        public String method() {
+            return method;
+        }
+
+        public List<String> args() {
+            return args;
+        }
+
+        @Override
+        public boolean equals(Object other) {
+            if (!(other instanceof ServiceCall)) {
+                return false;
+            }
+            ServiceCall call = (ServiceCall) other;
+            return generation.equals(call.generation) && version.equals(call.version) && method.equals(call.method)
+                    && args.equals(call.args);
+        }
+
+        @Override
+        public int hashCode() {
+            return Objects.hash(generation, version, method, args);
+        }
+
+        /** For example {@code hidl@1.1 getDeviceInfo(0)} or {@code aidl setPowerState(mmi, sleep, 1)}. */
+        @Override
+        public String toString() {
+            return generation + (version.isEmpty() ? "" : "@" + version) + " " + method + "(" + String.join(", ", args)
+                    + ")";
+        }
+    }
 
     private SimulatedHandset() {}
 
@@ -65,8 +134,9 @@ public final class SimulatedHandset {
     public static native String[] shippedProfiles();
 
     /**
-     * Brings back the services and answers of the profile in force, as it was loaded, and
-     * forgets the captured log.
+     * Brings back the services, answers and faults of the profile in force, as it was
+     * loaded (the panel library's too), forgets the captured log, and restarts the
+     * application on the handset.
      */
     public static native void reset();
 
@@ -148,10 +218,102 @@ public final class SimulatedHandset {
 
     /**
      * Makes the camera always-on service report an event to its registered client, from a
-     * thread of its own. True once the client handled it; false when the service is not
+     * thread of its own that is attached to the Java VM (as the application's binder
+     * threads are). True once the client handled it; false when the service is not
      * running or no client is registered.
+     *
+     * @throws IllegalStateException when the library left a Java exception pending on that
+     *     thread (a device's runtime aborts on one), for example one thrown by
+     *     {@code RegisterSuccess}
      */
     public static native boolean notifyCameraEvent(int serviceResult);
+
+    /** The same from a thread the Java VM does not know (never attached to it). */
+    public static native boolean notifyCameraEventFromUnattachedThread(int serviceResult);
+
+    /**
+     * The library unloads (as at a restart), then the camera service reports an event to
+     * the client callback the library had registered, then the application restarts as
+     * {@link #reset()} restarts it but with the services and answers as they are. True when
+     * the event reached the callback; false when no client was registered.
+     */
+    public static native boolean notifyCameraEventAfterUnload(int serviceResult);
+
+    // --- what the services received --------------------------------------------------
+
+    /** Every call the family's services received since the profile was served or reset, in order. */
+    public static List<ServiceCall> calls(String family) {
+        List<ServiceCall> calls = new ArrayList<>();
+        for (String[] row : callRecords(family)) {
+            calls.add(new ServiceCall(row[0], row[1], row[2], Arrays.asList(row).subList(3, row.length)));
+        }
+        return calls;
+    }
+
+    /** The calls of {@link #calls} to one method. */
+    public static List<ServiceCall> callsTo(String family, String method) {
+        List<ServiceCall> calls = new ArrayList<>();
+        for (ServiceCall call : calls(family)) {
+            if (call.method().equals(method)) {
+                calls.add(call);
+            }
+        }
+        return calls;
+    }
+
+    private static native String[][] callRecords(String family);
+
+    // --- faults -------------------------------------------------------------------------
+
+    /**
+     * Makes every call to the family's services fail in transport (on) while they stay up
+     * and registered, or stops it (off). A failed call does not reach the service and is
+     * not in {@link #calls}.
+     *
+     * @throws IllegalArgumentException when the family is not served
+     */
+    public static native void failCalls(String family, boolean on);
+
+    /**
+     * Makes the family's HIDL services return from every call that answers through a
+     * result callback without calling it (on), or stops it (off).
+     *
+     * @throws IllegalArgumentException when the family is not served over HIDL
+     */
+    public static native void skipCallbacks(String family, boolean on);
+
+    /** Makes every call to the family's services take this long before it is answered (0: none). */
+    public static native void setLatency(String family, int millis);
+
+    /**
+     * Starts the family's services (killed, or not started yet) this long after the
+     * library begins to wait for them, and returns at once. Over AIDL the library waits for
+     * a declared service when it loads and when it recovers from a death; it never waits
+     * for a HIDL service, which is then started this long after the call.
+     */
+    public static native void startLater(String family, int millis);
+
+    // --- the display processor's vendor library -----------------------------------------
+
+    /** Whether the handset has the panel library (libpixelworksMMITest.so on the loader's path). */
+    public static native boolean hasPanelLibrary();
+
+    /**
+     * What the panel library's getModes answers: the text (null: a null pointer) and the
+     * length it reports, which need not be the text's.
+     *
+     * @throws IllegalStateException when the handset has no panel library
+     */
+    public static native void setPanelModes(String text, int length);
+
+    /** What setVideoInterpolationMode, GetCurrentMode and RecoverFreshRate answer. */
+    public static native void setPanelResults(int setModeResult, int currentMode, int recoverResult);
+
+    /**
+     * The calls the panel library received (the newest 1024), in order, as text such as
+     * {@code "setVideoInterpolationMode(1, 120)"} or {@code "getModes()"}.
+     */
+    public static native String[] panelCalls();
 
     // --- the log ----------------------------------------------------------------------
 
@@ -189,6 +351,15 @@ public final class SimulatedHandset {
 
     /** The frequency the flicker detector reports for 256 raw samples at 1000 Hz. */
     public static native int detectFlickerFrequency(int[] samples);
+
+    /**
+     * The frequency the flicker detector reports for 256 raw samples (the first 256 of the
+     * array) when the first {@code windowLength} filtered samples are windowed and the
+     * sampling rate is {@code sampleRate} (the library's own calls use 256 and 1000).
+     *
+     * @throws IllegalArgumentException for fewer than 256 samples or a window longer than 300
+     */
+    public static native int detectFlickerFrequency(int[] samples, int windowLength, float sampleRate);
 
     private static String quote(String text) {
         if (text == null) {
