@@ -131,6 +131,7 @@ private:
 struct Store {
     std::atomic<size_t> numbered{0};  // entries written since the start of the process
     std::atomic<size_t> cleared{0};   // entries numbered below it are forgotten
+    std::atomic<bool> storing{true};  // false after keepNone()
     std::atomic<int> waiting{0};      // threads in waitFor
     std::atomic<bool> observed{false};
     int file = -1;
@@ -194,8 +195,10 @@ void Hook(const __android_logger_data* data, const char* message) {
         ssize_t written = write(store.file, line.data(), line.size());
         (void)written;
     }
-    ThreadLog& log = MyLog();
-    {
+    if (!store.storing.load(std::memory_order_relaxed)) {
+        store.numbered.fetch_add(1);
+    } else {
+        ThreadLog& log = MyLog();
         std::lock_guard<BriefLock> lock(log.lock);
         log.add(store.numbered.fetch_add(1), data->priority, tag, text, store.cleared.load());
     }
@@ -293,9 +296,12 @@ void LogCapture::clear() {
     }
 }
 
+void LogCapture::keepNone() { TheStore().storing.store(false); }
+
 void LogCapture::keepAtMost(size_t count) {
     Store& store = TheStore();
     std::lock_guard<std::mutex> lock(store.lock);
+    store.storing.store(true);
     store.keep = count;
     for (const auto& log : store.logs) {
         std::lock_guard<BriefLock> logLock(log->lock);

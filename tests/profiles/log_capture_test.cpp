@@ -175,6 +175,16 @@ TEST_F(LogCaptureTest, KeepingAFewLinesKeepsTheNewestOfEachThreadAndCountsAll) {
     std::vector<int> lastOfMine;
     for (int i = 2 * kKept; i < 3 * kKept; ++i) lastOfMine.push_back(i);
     EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], lastOfMine);
+
+    // Keeping none counts the lines but keeps them not, until lines are kept again.
+    capture.keepNone();
+    const size_t noneMark = capture.mark();
+    LogFromThreads(kThreads, kKept);
+    EXPECT_EQ(capture.mark() - noneMark, static_cast<size_t>(kThreads * kKept));
+    EXPECT_TRUE(capture.since(noneMark).empty());
+    capture.keepAtMost(kKept);
+    Log("kept again");
+    ASSERT_EQ(capture.since(noneMark).size(), 1u);
 }
 
 // Eight threads log as fast as they can while another clears the capture in a loop, with the

@@ -61,17 +61,13 @@ using Clock = std::chrono::steady_clock;
 constexpr int64_t kCallBoundMillis = 10000;
 // Bound of every wait on the load (calls made, workers pausing), within the run's time.
 constexpr int64_t kWaitMillis = 60000;
-// Lines each thread's log keeps: the run counts the lines it needs as they are written (a
-// log observer), so the capture needs only the newest few, for the waits on a line and
-// for a failure's report. Bounded this way, the capture's memory is the same however many
-// lines the load writes and however slow the process is (a sanitizer's allocator). Few
-// enough that even the notice threads, which log only at deaths, fill their logs in the
-// first round, which the memory check does not count.
+// Lines each thread's log keeps outside the rounds, for the waits on a line. Under the load
+// the run counts the lines it needs as they are written (a log observer) and the capture
+// keeps none: its memory is the same however many lines the load writes, however slow the
+// process is (a sanitizer's allocator) and however many notice threads the load calls up.
 constexpr size_t kKeptLinesPerThread = 256;
 // Least time the Java threads get to pause (each finishes the call it is in).
 constexpr int64_t kPauseMillis = 2000;
-// Lines of the library shown when a round cannot close in time.
-constexpr size_t kLinesInReport = 12;
 // Calls between two steps of the fault schedule.
 constexpr int64_t kMinGap = 200;
 constexpr int64_t kMaxGap = 3000;
@@ -236,7 +232,7 @@ protected:
     }
 
     // What the handset and the library were doing, for a round that could not close: the
-    // services down, those the library waits for, and its last lines.
+    // services down and those the library waits for.
     std::string Situation() {
         std::string down;
         std::string awaited;
@@ -248,13 +244,7 @@ protected:
             if (hostcontrol::WaitersFor(name) > 0) awaited += std::string(awaited.empty() ? "" : ", ") + name;
         }
         auto listed = [](const std::string& names) { return names.empty() ? std::string("none") : names; };
-        std::string text = "services down: " + listed(down) + "; the library waits for: " + listed(awaited) +
-                           "; the last lines:";
-        const size_t mark = log().mark();
-        for (const mmisim::LogEntry& entry : log().since(mark > kLinesInReport ? mark - kLinesInReport : 0)) {
-            text += "\n    " + mmisim::LogCapture::Brief(entry);
-        }
-        return text;
+        return "services down: " + listed(down) + "; the library waits for: " + listed(awaited);
     }
 
     // Waits until every death and registration notice has been handled (the library's
@@ -478,6 +468,7 @@ protected:
 
         LineCounts counts;
         log().setObserver([&counts](const mmisim::LogEntry& entry) { counts.count(entry); });
+        log().keepNone();
         FaultSchedule schedule(profile, settings.seed, kMinGap, kMaxGap);
         const auto roundTime = std::chrono::duration_cast<Clock::duration>(
                 std::chrono::duration<double>(settings.seconds / settings.rounds));
@@ -560,7 +551,9 @@ protected:
             return;
         }
 
-        // What each kept item costs, measured with the load stopped.
+        // What each kept item costs, measured with the load stopped (and lines kept again, for
+        // the waits on a line).
+        log().keepAtMost(kKeptLinesPerThread);
         const bool camera = profile[Family::kVaelon].transport == Transport::kAidl;
         const bool vibrator = profile[Family::kVibrator].transport == Transport::kAidl;
         Prices prices;

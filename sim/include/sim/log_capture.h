@@ -34,6 +34,10 @@ public:
     // long run keeps a bounded memory while mark() still counts every line. Entries dropped
     // this way are gone from since() and waitFor().
     void keepAtMost(size_t count);
+    // Keeps no new entry at all, and takes no memory for a thread that logs from now on:
+    // for a run that only counts lines through the observer. mark() still counts every
+    // line; keepAtMost() starts keeping again.
+    void keepNone();
 
     // Waits until some entry from `mark` on satisfies the predicate, or the time is up.
     bool waitFor(size_t mark, const std::function<bool(const LogEntry&)>& predicate,
