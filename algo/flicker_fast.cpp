@@ -16,6 +16,11 @@
 
 #include <securec.h>
 
+#if defined(MMI_FLICKER_NEON)
+#include <asm/hwcap.h>
+#include <sys/auxv.h>
+#endif
+
 #include "flicker_arith.h"
 #include "flicker_detector.h"
 #include "flicker_transform.h"
@@ -152,11 +157,27 @@ bool ProcessorHasAvx2() {
 #endif
 }
 
+// Advanced SIMD is part of every 64-bit ARM processor Linux runs on; the
+// kernel still asks the system, as it does for AVX2.
+bool ProcessorHasNeon() {
+#if defined(MMI_FLICKER_NEON)
+    return (getauxval(AT_HWCAP) & HWCAP_ASIMD) != 0;
+#else
+    return false;
+#endif
+}
+
 // x[i] = (float)(int)(window[i] * (float)filtered[i]) for i < terms.
 void ApplyWindow(FlickerKernel kernel, const int* filtered, const float* window, int terms, float* x) {
 #if defined(MMI_FLICKER_AVX2)
     if (kernel == FlickerKernel::kAvx2) {
         WindowAvx2(filtered, window, terms, x);
+        return;
+    }
+#endif
+#if defined(MMI_FLICKER_NEON)
+    if (kernel == FlickerKernel::kNeon) {
+        WindowNeon(filtered, window, terms, x);
         return;
     }
 #endif
@@ -178,6 +199,15 @@ bool Transform(FlickerKernel kernel, const float* x, int terms, float* magnitude
 #if defined(MMI_FLICKER_AVX2)
             static const TransformTables tables{TableFactors().values, nullptr, Columns().doubled, Columns().starts};
             TransformAvx2(tables, x, terms, magnitudes);
+            return true;
+#else
+            break;
+#endif
+        }
+        case FlickerKernel::kNeon: {
+#if defined(MMI_FLICKER_NEON)
+            static const TransformTables tables{TableFactors().values, QuadTableFactors().values, nullptr, nullptr};
+            TransformNeon(tables, x, terms, magnitudes);
             return true;
 #else
             break;
@@ -228,6 +258,26 @@ struct Work {
 }  // namespace
 }  // namespace flicker
 
+bool FlickerKernelBuiltIn(FlickerKernel kernel) {
+    switch (kernel) {
+        case FlickerKernel::kPortable:
+            return true;
+        case FlickerKernel::kAvx2:
+#if defined(MMI_FLICKER_AVX2)
+            return true;
+#else
+            return false;
+#endif
+        case FlickerKernel::kNeon:
+#if defined(MMI_FLICKER_NEON)
+            return true;
+#else
+            return false;
+#endif
+    }
+    return false;
+}
+
 bool FlickerKernelAvailable(FlickerKernel kernel) {
     switch (kernel) {
         case FlickerKernel::kPortable:
@@ -236,13 +286,18 @@ bool FlickerKernelAvailable(FlickerKernel kernel) {
             static const bool available = flicker::ProcessorHasAvx2();
             return available;
         }
+        case FlickerKernel::kNeon: {
+            static const bool available = flicker::ProcessorHasNeon();
+            return available;
+        }
     }
     return false;
 }
 
 FlickerKernel FlickerKernelSelect() {
-    static const FlickerKernel best =
-        FlickerKernelAvailable(FlickerKernel::kAvx2) ? FlickerKernel::kAvx2 : FlickerKernel::kPortable;
+    static const FlickerKernel best = FlickerKernelAvailable(FlickerKernel::kAvx2)   ? FlickerKernel::kAvx2
+                                      : FlickerKernelAvailable(FlickerKernel::kNeon) ? FlickerKernel::kNeon
+                                                                                     : FlickerKernel::kPortable;
     return best;
 }
 
@@ -252,6 +307,8 @@ const char* FlickerKernelName(FlickerKernel kernel) {
             return "portable";
         case FlickerKernel::kAvx2:
             return "avx2";
+        case FlickerKernel::kNeon:
+            return "neon";
     }
     return "unknown";
 }

@@ -6,7 +6,15 @@
 enum class FlickerKernel {
     kPortable,  // plain C++, for any processor
     kAvx2,      // x86 AVX2, only where the processor supports it
+    kNeon,      // 64-bit ARM NEON (Advanced SIMD), four float lanes
 };
+
+// Every kernel, for tests and benchmarks that go through them all.
+constexpr FlickerKernel kFlickerKernels[] = {FlickerKernel::kPortable, FlickerKernel::kAvx2, FlickerKernel::kNeon};
+
+// True when the kernel is compiled into the library for this target
+// processor (whether the processor runs it is FlickerKernelAvailable's answer).
+bool FlickerKernelBuiltIn(FlickerKernel kernel);
 
 // True when the kernel is built into the library and the processor runs it.
 bool FlickerKernelAvailable(FlickerKernel kernel);

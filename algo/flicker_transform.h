@@ -91,10 +91,12 @@ struct TransformTables {
 // for i < terms, with the device's conversion (toward zero, NaN -> 0,
 // saturating). x is 32-byte aligned.
 void WindowAvx2(const int* filtered, const float* window, int terms, float* x);
+void WindowNeon(const int* filtered, const float* window, int terms, float* x);
 
 // Magnitudes of bins 0..511 of the transform of x[0..terms-1] (terms at most
 // 256) into magnitudes[bin]. x and magnitudes are 32-byte aligned.
 void TransformPortable(const TransformTables& tables, const float* x, int terms, float* magnitudes);
 void TransformAvx2(const TransformTables& tables, const float* x, int terms, float* magnitudes);
+void TransformNeon(const TransformTables& tables, const float* x, int terms, float* magnitudes);
 
 }  // namespace flicker

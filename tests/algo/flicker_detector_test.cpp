@@ -14,6 +14,7 @@
 
 #include "flicker_detector.h"
 #include "flicker_fast.h"
+#include "flicker_kernels.h"
 #include "flicker_reference.h"
 
 namespace ref = flicker_reference;
@@ -278,9 +279,10 @@ TEST(CaclueFrequency, GoesOnWithTheOldOutputWhenTheFilterCannotClear) {
     EXPECT_EQ(ref::CaclueFrequency(r.literal), 58);
 }
 
-// The literal transcription, the public entry and every kernel must all give
+// The literal transcription, the public entry and the kernel must all give
 // `rc` and, on success, `frequency`; on failure the frequency stays untouched.
-void ExpectDetection(int (&samples)[256], int length, float rate, int rc, int frequency, const char* what) {
+void ExpectDetection(FlickerKernel kernel, int (&samples)[256], int length, float rate, int rc, int frequency,
+                     const char* what) {
     int literal = -777;
     if (length <= 300) {
         EXPECT_EQ(ref::DetectFlickerFrequence(samples, length, literal, rate), rc) << what;
@@ -289,23 +291,20 @@ void ExpectDetection(int (&samples)[256], int length, float rate, int rc, int fr
     int got = -777;
     EXPECT_EQ(DetectFlickerFrequence(samples, length, got, rate), rc) << what;
     EXPECT_EQ(got, rc == 0 ? frequency : -777) << what;
-    for (FlickerKernel kernel : {FlickerKernel::kPortable, FlickerKernel::kAvx2}) {
-        if (!FlickerKernelAvailable(kernel)) continue;
-        float magnitudes[500];
-        std::fill(std::begin(magnitudes), std::end(magnitudes), 5.0f);
-        got = -777;
-        EXPECT_EQ(FlickerDetectWithKernel(kernel, samples, length, got, rate, &magnitudes), rc) << what;
-        EXPECT_EQ(got, rc == 0 ? frequency : -777) << what << ": " << FlickerKernelName(kernel);
-        if (rc != 0) {
-            EXPECT_EQ(magnitudes[3], 5.0f) << what << ": " << FlickerKernelName(kernel);
-        }
+    float magnitudes[500];
+    std::fill(std::begin(magnitudes), std::end(magnitudes), 5.0f);
+    got = -777;
+    EXPECT_EQ(FlickerDetectWithKernel(kernel, samples, length, got, rate, &magnitudes), rc) << what;
+    EXPECT_EQ(got, rc == 0 ? frequency : -777) << what << ": " << FlickerKernelName(kernel);
+    if (rc != 0) {
+        EXPECT_EQ(magnitudes[3], 5.0f) << what << ": " << FlickerKernelName(kernel);
     }
 }
 
-std::vector<float> Magnitudes(int (&samples)[256], int length) {
+std::vector<float> Magnitudes(FlickerKernel kernel, int (&samples)[256], int length) {
     float magnitudes[500];
     int frequency = 0;
-    EXPECT_EQ(FlickerDetectWithKernel(FlickerKernelSelect(), samples, length, frequency, 1000.0f, &magnitudes), 0);
+    EXPECT_EQ(FlickerDetectWithKernel(kernel, samples, length, frequency, 1000.0f, &magnitudes), 0);
     return std::vector<float>(std::begin(magnitudes), std::end(magnitudes));
 }
 
@@ -313,25 +312,30 @@ bool AllZero(const std::vector<float>& m) {
     return std::all_of(m.begin(), m.end(), [](float v) { return v == 0.0f; });
 }
 
-TEST(DetectFlickerFrequence, PeaksTiesAndIgnoredBins) {
+// The public entry and the record functions above do not depend on the
+// kernel; these tests check them with each kernel's detection beside them.
+class DetectFlickerFrequence : public FlickerKernelTest {};
+
+TEST_P(DetectFlickerFrequence, PeaksTiesAndIgnoredBins) {
+    const FlickerKernel kernel = GetParam();
     int samples[256] = {};
-    ExpectDetection(samples, 256, 1000.0f, 0, 0, "silence");
-    EXPECT_TRUE(AllZero(Magnitudes(samples, 256)));
+    ExpectDetection(kernel, samples, 256, 1000.0f, 0, 0, "silence");
+    EXPECT_TRUE(AllZero(Magnitudes(kernel, samples, 256)));
 
     Tone(samples, 100.0, 20000.0, 30000.0);
-    ExpectDetection(samples, 256, 1000.0f, 0, 97, "bin 100: 97.66 Hz truncated");
-    std::vector<float> m = Magnitudes(samples, 256);
+    ExpectDetection(kernel, samples, 256, 1000.0f, 0, 97, "bin 100: 97.66 Hz truncated");
+    std::vector<float> m = Magnitudes(kernel, samples, 256);
     EXPECT_EQ(std::max_element(m.begin() + 20, m.begin() + 499) - m.begin(), 100);
-    ExpectDetection(samples, 256, 2048.0f, 0, 200, "2048 Hz");
-    ExpectDetection(samples, 256, -1000.0f, 0, -97, "negative rate");
-    ExpectDetection(samples, 256, 0.0f, 0, 0, "zero rate");
-    ExpectDetection(samples, 256, kNaN, 0, 0, "NaN rate");
-    ExpectDetection(samples, 300, 1000.0f, 0, 97, "longest window");
+    ExpectDetection(kernel, samples, 256, 2048.0f, 0, 200, "2048 Hz");
+    ExpectDetection(kernel, samples, 256, -1000.0f, 0, -97, "negative rate");
+    ExpectDetection(kernel, samples, 256, 0.0f, 0, 0, "zero rate");
+    ExpectDetection(kernel, samples, 256, kNaN, 0, 0, "NaN rate");
+    ExpectDetection(kernel, samples, 300, 1000.0f, 0, 97, "longest window");
 
     Tone(samples, 10.0, 30000.0);
     Tone(samples, 60.0, 10000.0, 0.0, true);
-    ExpectDetection(samples, 256, 1000.0f, 0, 58, "stronger bin 10 ignored, bin 60 found");
-    m = Magnitudes(samples, 256);
+    ExpectDetection(kernel, samples, 256, 1000.0f, 0, 58, "stronger bin 10 ignored, bin 60 found");
+    m = Magnitudes(kernel, samples, 256);
     EXPECT_GT(m[10], 2.0f * m[60]);
 
     // Window length 2: only the first windowed sample survives (0.08 * 1
@@ -339,21 +343,22 @@ TEST(DetectFlickerFrequence, PeaksTiesAndIgnoredBins) {
     std::fill(std::begin(samples), std::end(samples), 0);
     samples[0] = 10000;
     samples[1] = 1;
-    ExpectDetection(samples, 2, 1000.0f, 0, 19, "tie");
-    m = Magnitudes(samples, 2);
+    ExpectDetection(kernel, samples, 2, 1000.0f, 0, 19, "tie");
+    m = Magnitudes(kernel, samples, 2);
     EXPECT_GT(m[0], 0.0f);
     EXPECT_TRUE(std::all_of(m.begin(), m.end(), [&](float v) { return v == m[0]; }));
 }
 
-TEST(DetectFlickerFrequence, WindowLengthEdges) {
+TEST_P(DetectFlickerFrequence, WindowLengthEdges) {
+    const FlickerKernel kernel = GetParam();
     int samples[256];
     Tone(samples, 150.0, 20000.0, 25000.0);
     for (int length : {0, -1, -300, 1}) {  // no terms, or one windowed by 0/0
-        ExpectDetection(samples, length, 1000.0f, 0, 0, "short window");
-        EXPECT_TRUE(AllZero(Magnitudes(samples, length))) << "length " << length;
+        ExpectDetection(kernel, samples, length, 1000.0f, 0, 0, "short window");
+        EXPECT_TRUE(AllZero(Magnitudes(kernel, samples, length))) << "length " << length;
     }
-    ExpectDetection(samples, 301, 1000.0f, -1, 0, "window beyond the record");
-    ExpectDetection(samples, 100000, 1000.0f, -1, 0, "window far beyond the record");
+    ExpectDetection(kernel, samples, 301, 1000.0f, -1, 0, "window beyond the record");
+    ExpectDetection(kernel, samples, 100000, 1000.0f, -1, 0, "window far beyond the record");
 
     // Length 3 has the coefficient 1.0 at index 1, and 1.0 * (float)INT_MAX is
     // 2^31, which converts to INT_MAX.
@@ -366,23 +371,27 @@ TEST(DetectFlickerFrequence, WindowLengthEdges) {
     EXPECT_EQ(record.filteredData[1], kIntMax);
     int literal = 0;
     ref::DetectFlickerFrequence(edge, 3, literal, 1000.0f);
-    ExpectDetection(edge, 3, 1000.0f, 0, literal, "saturated sample");
+    ExpectDetection(kernel, edge, 3, 1000.0f, 0, literal, "saturated sample");
 }
 
-TEST(DetectFlickerFrequence, FailedClearingReturnsMinusOne) {
+TEST_P(DetectFlickerFrequence, FailedClearingReturnsMinusOne) {
+    const FlickerKernel kernel = GetParam();
     ClearFaults guard;
     int samples[256];
     Tone(samples, 100.0, 20000.0);
     int frequency = -777;
     for (errno_t code : {SECUREC_EINVAL, SECUREC_ERANGE_AND_RESET}) {
         hostcontrol::FailNextMemset(code, 100);  // every clearing fails
-        ExpectDetection(samples, 256, 1000.0f, -1, 0, "clearing fails");
+        ExpectDetection(kernel, samples, 256, 1000.0f, -1, 0, "clearing fails");
         hostcontrol::ClearSecurecFaults();
     }
     hostcontrol::FailNextMemset(SECUREC_EINVAL);  // used up by one detection
-    EXPECT_EQ(DetectFlickerFrequence(samples, 256, frequency, 1000.0f), -1);
-    EXPECT_EQ(DetectFlickerFrequence(samples, 256, frequency, 1000.0f), 0);
+    EXPECT_EQ(::DetectFlickerFrequence(samples, 256, frequency, 1000.0f), -1);
+    EXPECT_EQ(::DetectFlickerFrequence(samples, 256, frequency, 1000.0f), 0);
     EXPECT_EQ(frequency, 97);
 }
+
+INSTANTIATE_TEST_SUITE_P(Kernel, DetectFlickerFrequence, testing::ValuesIn(BuiltInFlickerKernels()),
+                         FlickerKernelParamName);
 
 }  // namespace

@@ -1,8 +1,9 @@
 // Bit-identity of the fast detector with the literal transcription: result
 // code, frequency and all 500 magnitudes, over 100,000 inputs of several
-// kinds, for every kernel the processor runs. Inputs are spread over the
-// hardware threads. The sanitizer passes, many times slower, set
-// MMI_FLICKER_IDENTITY_DIVISOR to check every n-th count of inputs instead.
+// kinds, for each kernel the processor runs (one test per kernel), and the
+// public entry's result. Inputs are spread over the hardware threads. The
+// sanitizer and emulated passes, many times slower, set
+// MMI_FLICKER_IDENTITY_DIVISOR to check a fraction of the inputs instead.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,6 +23,7 @@
 
 #include "flicker_detector.h"
 #include "flicker_fast.h"
+#include "flicker_kernels.h"
 #include "flicker_reference.h"
 
 namespace {
@@ -164,7 +166,7 @@ struct Report {
     std::set<int> frequencies;  // of the literal transcription
 };
 
-void CheckOne(Kind kind, uint32_t index, Report& report) {
+void CheckOne(FlickerKernel kernel, Kind kind, uint32_t index, Report& report) {
     Input in;
     MakeInput(kind, index, in);
     float expected[500];
@@ -172,8 +174,7 @@ void CheckOne(Kind kind, uint32_t index, Report& report) {
     const int expectedRc =
         flicker_reference::DetectWithMagnitudes(in.samples, in.windowLength, expectedFrequency, in.rate, expected);
     std::ostringstream problems;
-    for (FlickerKernel kernel : {FlickerKernel::kPortable, FlickerKernel::kAvx2}) {
-        if (!FlickerKernelAvailable(kernel)) continue;
+    {
         float magnitudes[500];
         int frequency = -12345;
         const int rc = FlickerDetectWithKernel(kernel, in.samples, in.windowLength, frequency, in.rate, &magnitudes);
@@ -212,12 +213,12 @@ uint32_t Inputs(uint32_t full) {
     return parsed > 1 ? static_cast<uint32_t>(full / static_cast<uint32_t>(parsed)) : full;
 }
 
-void RunIdentity(Kind kind, uint32_t count, Report& report) {
-    std::printf("identity over %u inputs\n", count);
+void RunIdentity(FlickerKernel kernel, Kind kind, uint32_t count, Report& report) {
+    std::printf("identity of the %s kernel over %u inputs\n", FlickerKernelName(kernel), count);
     std::atomic<uint32_t> next{0};
     auto worker = [&] {
         for (uint32_t begin; (begin = next.fetch_add(64)) < count;) {
-            for (uint32_t i = begin; i < std::min(count, begin + 64); ++i) CheckOne(kind, i, report);
+            for (uint32_t i = begin; i < std::min(count, begin + 64); ++i) CheckOne(kernel, kind, i, report);
         }
     };
     std::vector<std::thread> pool(std::max(1u, std::thread::hardware_concurrency()) - 1);
@@ -228,45 +229,53 @@ void RunIdentity(Kind kind, uint32_t count, Report& report) {
     for (const std::string& example : report.examples) ADD_FAILURE() << example;
 }
 
+class FlickerIdentity : public FlickerKernelTest {};
+
 // 30,000 + 30,000 + 15,000 + 10,000 + 15,000 = 100,000 inputs.
-TEST(FlickerIdentity, RandomSixteenBitSamples) {
+TEST_P(FlickerIdentity, RandomSixteenBitSamples) {
     Report report;
-    RunIdentity(Kind::kRandom16, Inputs(30000), report);
+    RunIdentity(GetParam(), Kind::kRandom16, Inputs(30000), report);
     EXPECT_GT(report.frequencies.size(), 40u);  // filtered noise peaks low, but spread
 }
 
-TEST(FlickerIdentity, TonesWithNoise) {
+TEST_P(FlickerIdentity, TonesWithNoise) {
     Report report;
-    RunIdentity(Kind::kTones, Inputs(30000), report);
+    RunIdentity(GetParam(), Kind::kTones, Inputs(30000), report);
     EXPECT_GT(report.frequencies.size(), 200u);  // of the 468 reportable values
 }
 
-TEST(FlickerIdentity, ExtremeSamplesOverflowingTheFilter) {
+TEST_P(FlickerIdentity, ExtremeSamplesOverflowingTheFilter) {
     Report report;
     const uint32_t count = Inputs(15000);
-    RunIdentity(Kind::kExtremes, count, report);
+    RunIdentity(GetParam(), Kind::kExtremes, count, report);
     EXPECT_GT(report.overflows, count / 2);
 }
 
-TEST(FlickerIdentity, SilenceConstantsImpulsesAndTies) {
+TEST_P(FlickerIdentity, SilenceConstantsImpulsesAndTies) {
     Report report;
-    RunIdentity(Kind::kFlat, Inputs(10000), report);
+    RunIdentity(GetParam(), Kind::kFlat, Inputs(10000), report);
     EXPECT_EQ(report.frequencies.count(0), 1u);   // silence
     EXPECT_EQ(report.frequencies.count(19), 1u);  // ties go to bin 20
 }
 
-TEST(FlickerIdentity, WindowLengthsAndSampleRates) {
+TEST_P(FlickerIdentity, WindowLengthsAndSampleRates) {
     Report report;
-    RunIdentity(Kind::kParameters, Inputs(15000), report);
+    RunIdentity(GetParam(), Kind::kParameters, Inputs(15000), report);
     EXPECT_EQ(report.frequencies.count(kIntMax), 1u);  // an infinite rate saturates
     EXPECT_LT(*report.frequencies.begin(), 0);         // negative rates
 }
 
-TEST(FlickerIdentity, BestKernelIsSelected) {
+INSTANTIATE_TEST_SUITE_P(Kernel, FlickerIdentity, testing::ValuesIn(BuiltInFlickerKernels()), FlickerKernelParamName);
+
+TEST(FlickerKernels, BestKernelIsSelected) {
     ASSERT_TRUE(FlickerKernelAvailable(FlickerKernel::kPortable));
 #if defined(__x86_64__)
     EXPECT_EQ(FlickerKernelSelect(), __builtin_cpu_supports("avx2") ? FlickerKernel::kAvx2 : FlickerKernel::kPortable);
+#elif defined(__aarch64__)
+    EXPECT_TRUE(FlickerKernelBuiltIn(FlickerKernel::kNeon));
+    EXPECT_EQ(FlickerKernelSelect(), FlickerKernel::kNeon);
 #endif
+    std::printf("selected kernel: %s\n", FlickerKernelName(FlickerKernelSelect()));
 }
 
 }  // namespace

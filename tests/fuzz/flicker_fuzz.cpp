@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const int expectedRc =
             flicker_reference::DetectWithMagnitudes(copy, windowLength, expectedFrequency, rate, expected);
 
-    for (FlickerKernel kernel : {FlickerKernel::kPortable, FlickerKernel::kAvx2}) {
+    for (FlickerKernel kernel : kFlickerKernels) {
         if (!FlickerKernelAvailable(kernel)) continue;
         std::memcpy(copy, samples, sizeof(copy));
         float magnitudes[500];
