@@ -218,6 +218,27 @@ TEST_F(BigDataServiceTest, FactoryOneZeroTakesBothReports) {
     EXPECT_EQ(inbox.messages[0].events[0].value, "1.5");
 }
 
+// A Java VM that cannot hand out a text's characters (out of memory): the field is sent
+// empty, the line says so, and nothing is released that was never handed out.
+TEST_F(BigDataServiceTest, UnreadableCharactersAreSentEmpty) {
+    Boot(FactoryOnly(kFactoryAidl));
+    jobject value = NewModel(mEnv, kValueClass);
+    SetTextField(mEnv, value, "mTestName", "camera");
+    {
+        PatchedJni jni(mEnv);
+        jni.functions.GetStringUTFChars = [](JNIEnv*, jstring, jboolean*) -> const char* { return nullptr; };
+        jni.functions.ReleaseStringUTFChars = [](JNIEnv*, jstring, const char*) {
+            ADD_FAILURE() << "characters released that were never handed out";
+        };
+        jni.Apply();
+        EXPECT_EQ(Int(kSendValue, kSendValueSig, value), 0);
+    }
+    EXPECT_EQ(Count(kError, Prefixed("GetStringFromObject fail, string value is null")), 1);
+    const mmisim::FactoryInbox inbox = handset().factoryInbox();
+    ASSERT_EQ(inbox.messages.size(), 1u);
+    EXPECT_EQ(inbox.messages[0].events.at(0).testName, "");
+}
+
 TEST_F(BigDataServiceTest, WithoutServiceNothingIsReadOrSent) {
     Boot(DeviceProfile::Bare());
     // A null object would log lines of its own if it were read.

@@ -27,6 +27,14 @@ Function LibraryEntry(const char* name) {
 
 std::string Prefixed(const std::string& text) { return "ZtMmiTest_jni: " + text; }
 
+const char* NameOf(mmisim::Transport backend) { return backend == mmisim::Transport::kAidl ? "aidl" : "hidl"; }
+
+mmisim::DeviceProfile EveryFamilyOver(mmisim::Transport backend) {
+    return backend == mmisim::Transport::kAidl ? mmisim::DeviceProfile::AllAidl() : mmisim::DeviceProfile::AllHidl();
+}
+
+std::string BackendName(const ::testing::TestParamInfo<mmisim::Transport>& info) { return NameOf(info.param); }
+
 std::ostream& operator<<(std::ostream& out, const Line& line) {
     return out << line.priority << " \"" << line.message << "\"";
 }
@@ -97,6 +105,50 @@ void MmiTest::Boot(const mmisim::DeviceProfile& profile) {
 }
 
 jstring MmiTest::J(const std::string& text) { return mEnv->NewStringUTF(text.c_str()); }
+
+void MmiTest::ClearCalls() {
+    for (mmisim::Family family : mmisim::kAllFamilies) handset().visit(family, [](auto& state) { state.clearCalls(); });
+}
+
+const std::map<std::string, void*>& MmiTest::Natives() {
+    static std::map<std::string, void*> natives;
+    if (natives.empty()) {
+        PatchedJni jni(mEnv);
+        jni.functions.RegisterNatives = [](JNIEnv* env, jclass clazz, const JNINativeMethod* methods, jint count) {
+            for (jint i = 0; i < count; ++i) natives[methods[i].name] = methods[i].fnPtr;
+            return PatchedJni::Real().RegisterNatives(env, clazz, methods, count);
+        };
+        jni.Apply();
+        EXPECT_EQ(CallOnLoad(jni.vm()), 0x10004);
+    }
+    return natives;
+}
+
+namespace {
+JNIInvokeInterface_ g_invocation{};
+JavaVM_ g_vm{&g_invocation};
+}  // namespace
+
+PatchedJni::PatchedJni(JNIEnv* env) : functions(*env->functions), mEnv(env) {
+    sReal = env->functions;
+    redirectClass = nullptr;
+    getEnvResult = JNI_OK;
+    getEnvEnv = env;
+    functions.FindClass = [](JNIEnv* e, const char* name) {
+        return Real().FindClass(e, redirectClass != nullptr ? redirectClass : name);
+    };
+}
+
+PatchedJni::~PatchedJni() { mEnv->functions = sReal; }
+
+JavaVM* PatchedJni::vm() {
+    g_invocation = *Jvm::Get().vm()->functions;
+    g_invocation.GetEnv = [](JavaVM*, void** env, jint) {
+        *env = getEnvEnv;
+        return getEnvResult;
+    };
+    return &g_vm;
+}
 
 jmethodID MmiTest::Method(const char* name, const char* signature) {
     if (mManager == nullptr) {

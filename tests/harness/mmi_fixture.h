@@ -8,6 +8,7 @@
 #include <sim/log_capture.h>
 
 #include <chrono>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,6 +29,33 @@ struct Line {
     bool operator==(const Line& other) const { return priority == other.priority && message == other.message; }
 };
 std::ostream& operator<<(std::ostream& out, const Line& line);
+
+// The calling thread's JNI environment with some functions replaced: a copy of the real
+// function table whose entries a test changes, in force from Apply() until destruction
+// (replaced entries reach the real functions through Real()). vm() is a Java VM whose GetEnv
+// answers getEnvResult and getEnvEnv (the patched environment unless changed). One at a time;
+// the VM stays valid for good, as the library may keep it.
+class PatchedJni {
+public:
+    explicit PatchedJni(JNIEnv* env);
+    ~PatchedJni();
+    PatchedJni(const PatchedJni&) = delete;
+    PatchedJni& operator=(const PatchedJni&) = delete;
+
+    void Apply() { mEnv->functions = &functions; }
+    JavaVM* vm();
+    static const JNINativeInterface_& Real() { return *sReal; }
+    // FindClass of the patched environment finds this class instead (when set).
+    static inline const char* redirectClass = nullptr;
+    static inline jint getEnvResult = JNI_OK;
+    static inline JNIEnv* getEnvEnv = nullptr;
+
+    JNINativeInterface_ functions;
+
+private:
+    static inline const JNINativeInterface_* sReal = nullptr;
+    JNIEnv* mEnv;
+};
 
 class MmiTest : public ::testing::Test {
 protected:
@@ -74,6 +102,12 @@ protected:
 
     // A new Java string (released with the test's local frame).
     jstring J(const std::string& text);
+    // Forgets the calls every family's services received.
+    void ClearCalls();
+
+    // The library's native functions by Java name, as JNI_OnLoad registers them, for calls
+    // the JVM never makes (a null environment, a boolean byte other than 0 and 1).
+    const std::map<std::string, void*>& Natives();
 
     // Log lines written since the last mark.
     std::vector<Line> Lines() const;
@@ -115,6 +149,29 @@ private:
     size_t mBootMark = 0;
     size_t mVmOutputMark = 0;
     bool mSettleAtTearDown = true;
+};
+
+// The backend a parameterised case runs on, Transport::kAidl or kHidl, as the log lines and
+// the recorded calls name it, and a handset that serves every family over it (the camera
+// and the vibrator exist only over AIDL).
+const char* NameOf(mmisim::Transport backend);
+mmisim::DeviceProfile EveryFamilyOver(mmisim::Transport backend);
+std::string BackendName(const ::testing::TestParamInfo<mmisim::Transport>& info);
+#define MMI_ON_BOTH_BACKENDS(Suite)                                                                         \
+    INSTANTIATE_TEST_SUITE_P(Backends, Suite,                                                               \
+                             ::testing::Values(mmisim::Transport::kAidl, mmisim::Transport::kHidl), BackendName)
+
+// A case run on each backend.
+class BackendTest : public MmiTest, public ::testing::WithParamInterface<mmisim::Transport> {
+protected:
+    bool aidl() const { return GetParam() == mmisim::Transport::kAidl; }
+    const char* name() const { return NameOf(GetParam()); }
+    // Every family served over the backend.
+    void BootBackend() { Boot(EveryFamilyOver(GetParam())); }
+    // "ZtMmiTest_jni: <operation> by <backend><rest>"
+    std::string By(const std::string& operation, const std::string& rest) const {
+        return Prefixed(operation + " by " + name() + rest);
+    }
 };
 
 }  // namespace mmitest
