@@ -35,7 +35,7 @@ std::vector<Backend> Backends() {
 }
 
 // Each call as "origin method(args)".
-std::vector<std::string> Received(mmisim::Handset& handset) {
+std::vector<std::string> ReceivedCalls(mmisim::Handset& handset) {
     std::vector<std::string> calls;
     for (const mmisim::Call& call : handset.sensors().calls()) {
         std::string text = call.origin + " " + call.method + "(";
@@ -142,7 +142,7 @@ TEST_F(SensorCalibrationTest, EveryBackendPassesArgumentsAndAnswersThroughUnchan
                           {kInfo, Prefixed("SensorActivate " + on + " sensorType: 8, switch: 0, samplingRate: 0, " +
                                            activated + ": 0")}}));
         const std::string from = b.origin + " ";
-        EXPECT_EQ(Received(handset()),
+        EXPECT_EQ(ReceivedCalls(handset()),
                   (std::vector<std::string>{from + "startCalibrate(1,101)", from + "startSelfTest(2,-102)",
                                             from + "getCalibrateDelayTime(3)", from + "getSelfTestDelayTime(4)",
                                             from + "getCalibrateResult(5)", from + "getSelfTestResult(6)",
@@ -182,7 +182,7 @@ TEST_F(SensorCalibrationTest, BooleanByteTwoIsLoggedAsTwoAndSentAsTrue) {
         EXPECT_NE(Lines().back().message.find(b.handle + " sensorType: 4, switch: 2, samplingRate: 5,"),
                   std::string::npos)
                 << Lines().back().message;
-        EXPECT_EQ(Received(handset()).back(), b.origin + " activateSensor(4,true,5)");
+        EXPECT_EQ(ReceivedCalls(handset()).back(), b.origin + " activateSensor(4,true,5)");
     }
 }
 

@@ -110,6 +110,36 @@ void MmiTest::ClearCalls() {
     for (mmisim::Family family : mmisim::kAllFamilies) handset().visit(family, [](auto& state) { state.clearCalls(); });
 }
 
+std::vector<std::vector<std::string>> MmiTest::Received(mmisim::Family family, const std::string& method) {
+    std::vector<std::vector<std::string>> calls;
+    for (const mmisim::Call& call : handset().calls(family)) {
+        if (call.method == method) calls.push_back(call.args);
+    }
+    return calls;
+}
+
+std::optional<std::string> MmiTest::FailInfo() {
+    jclass clazz = mEnv->FindClass(kManagerClass);
+    auto value = static_cast<jstring>(mEnv->GetStaticObjectField(
+            clazz, mEnv->GetStaticFieldID(clazz, "sTpCapacitanceFailInfo", "Ljava/lang/String;")));
+    mEnv->DeleteLocalRef(clazz);
+    return Text(value);
+}
+
+void MmiTest::SetFailInfo(const char* text) {
+    jclass clazz = mEnv->FindClass(kManagerClass);
+    mEnv->SetStaticObjectField(clazz, mEnv->GetStaticFieldID(clazz, "sTpCapacitanceFailInfo", "Ljava/lang/String;"),
+                               J(text));
+    mEnv->DeleteLocalRef(clazz);
+}
+
+int MmiTest::RegisterSuccesses() {
+    jclass clazz = mEnv->FindClass(kManagerClass);
+    const int count = mEnv->CallStaticIntMethod(clazz, mEnv->GetStaticMethodID(clazz, "getRegisterSuccessCount", "()I"));
+    mEnv->DeleteLocalRef(clazz);
+    return Checked(count);
+}
+
 const std::map<std::string, void*>& MmiTest::Natives() {
     static std::map<std::string, void*> natives;
     if (natives.empty()) {

@@ -13,6 +13,10 @@
 #include <string>
 #include <vector>
 
+namespace mmisim {
+inline void PrintTo(Transport transport, std::ostream* out) { *out << (transport == Transport::kAidl ? "aidl" : "hidl"); }
+}  // namespace mmisim
+
 namespace mmitest {
 
 constexpr int kInfo = 4;
@@ -104,6 +108,14 @@ protected:
     jstring J(const std::string& text);
     // Forgets the calls every family's services received.
     void ClearCalls();
+    // The calls the family's services received for the method, each as its arguments.
+    std::vector<std::vector<std::string>> Received(mmisim::Family family, const std::string& method);
+
+    // MmiNativeManager's static members the library writes or calls: sTpCapacitanceFailInfo
+    // (nullopt for null) and how often RegisterSuccess has run.
+    std::optional<std::string> FailInfo();
+    void SetFailInfo(const char* text);
+    int RegisterSuccesses();
 
     // The library's native functions by Java name, as JNI_OnLoad registers them, for calls
     // the JVM never makes (a null environment, a boolean byte other than 0 and 1).
