@@ -40,19 +40,6 @@ inline mmisim::DeviceProfile FactoryOnly(const FactoryBackend& backend) {
     return profile;
 }
 
-// Java model objects built field by field, whatever constructors the class has.
-inline jobject NewModel(JNIEnv* env, const char* className) {
-    jclass clazz = env->FindClass(className);
-    EXPECT_NE(clazz, nullptr) << className;
-    if (clazz == nullptr) {
-        env->ExceptionClear();
-        return nullptr;
-    }
-    jobject object = env->AllocObject(clazz);
-    env->DeleteLocalRef(clazz);
-    return object;
-}
-
 inline void SetIntField(JNIEnv* env, jobject object, const char* field, jint value) {
     jclass clazz = env->GetObjectClass(object);
     jfieldID id = env->GetFieldID(clazz, field, "I");
@@ -74,8 +61,6 @@ inline void SetTextField(JNIEnv* env, jobject object, const char* field, const c
     if (value != nullptr) env->DeleteLocalRef(value);
 }
 
-constexpr const char* kOperationClass = "com/corvex/mmitest/model/BigDataOperation";
-constexpr const char* kValueClass = "com/corvex/mmitest/model/BigDataValue";
 constexpr const char* kSendOperation = "sendBigDataOperationNative";
 constexpr const char* kSendOperationSig = "(Lcom/corvex/mmitest/model/BigDataOperation;)I";
 constexpr const char* kSendValue = "sendBigDataValueNative";

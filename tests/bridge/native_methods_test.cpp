@@ -183,6 +183,41 @@ TEST_F(NativeMethodsTest, WithoutServicesEachMethodFallsBack) {
     });
 }
 
+// Operations that need a newer HIDL minor version than the service's fail with their own
+// line and call nothing; the others are served (factory 1.0-1.1, display 1.0-1.5).
+TEST_F(NativeMethodsTest, OlderHidlVersionsLackTheirOperations) {
+    const std::map<std::string, std::string> kMissing = {
+            {"GetManufactureMode", "!GetManufactureMode by hidl, hwFactoryNew is null"_p},
+            {"ClearPackageName", "!ClearPackageName by hidl, hwFactoryNew is null, HwFactoryV11 not support!"},
+            {"SetTestCycle", "!SetTestCycle by hidl fail, hwFactoryNew is null"_p},
+            {"GetOeminfo", "!GetOeminfo by hidl fail, hwFactoryNew is null"_p},
+            {"GetScreenCurrentFps", "!GetScreenCurrentFps by hidl fail, hwDisplayNew is null, not support multi fps"_p},
+            {"GetScreenConfig", "!GetScreenConfig by hidl fail, hwDisplayNew is null, not support multi fps"_p},
+            {"SetDisplaySelfAdaptMinFps", "!SetDisplaySelfAdaptMinFps by hidl fail, hwDisplayNew is null"_p},
+            {"SetDisplayParameter", "!SetDisplayParameter by hidl fail, hwDisplayNew is null"_p}};
+    for (int minor : {0, 1, 3, 4}) {
+        mmisim::DeviceProfile profile = mmisim::DeviceProfile::AllHidl();
+        profile[Family::kFactory].hidlMinor = std::min(minor, 1);
+        profile[Family::kDisplay].hidlMinor = minor;
+        BootScripted(profile);
+        for (size_t i = 0; i < NativeMethods().size(); ++i) {
+            const NativeMethod& m = NativeMethods()[i];
+            if (m.family != Family::kFactory && m.family != Family::kDisplay) continue;
+            SCOPED_TRACE(std::string(m.java) + " on minor version " + std::to_string(minor));
+            std::vector<std::string> transcript;
+            const std::string answer = Run(i, transcript);
+            if (profile[*m.family].hidlMinor >= m.hidlMinor) {
+                EXPECT_EQ(answer, m.hidlServed ? m.hidlServed : m.served);
+                EXPECT_TRUE(Errors(transcript).empty());
+            } else {
+                EXPECT_EQ(answer, m.fallback);
+                EXPECT_EQ(Errors(transcript), std::vector<std::string>{kMissing.at(m.dispatcher)});
+                EXPECT_TRUE(handset().calls(*m.family).empty());
+            }
+        }
+    }
+}
+
 // The AIDL service dies after the dispatcher chose AIDL and before the operation reads its
 // handle: the operation finds none, writes its own line and answers its fallback.
 TEST_F(NativeMethodsTest, AidlHandleGoneAfterTheChoice) {

@@ -7,7 +7,6 @@ file(GLOB_RECURSE MMI_RECORDS_MODELS CONFIGURE_DEPENDS ${MMI_RECORDS_DIR}/java/*
 add_jar(mmi_records_models SOURCES ${MMI_RECORDS_MODELS} OUTPUT_DIR ${CMAKE_BINARY_DIR}/java)
 
 add_executable(mmi_records_tests ${MMI_RECORDS_DIR}/model_fields_test.cpp)
-target_include_directories(mmi_records_tests PRIVATE ${CMAKE_CURRENT_LIST_DIR}/../bridge)
 target_link_libraries(mmi_records_tests PRIVATE mmi_test_harness mmi_warnings)
 add_dependencies(mmi_records_tests ZtMmi_jni mmi_app mmi_sim_java mmi_records_models)
 gtest_discover_tests(mmi_records_tests DISCOVERY_TIMEOUT 60

@@ -27,6 +27,28 @@ Function LibraryEntry(const char* name) {
 
 std::string Prefixed(const std::string& text) { return "ZtMmiTest_jni: " + text; }
 
+jobject NewModel(JNIEnv* env, const char* className, const std::vector<std::pair<const char*, FieldValue>>& fields) {
+    jclass clazz = env->FindClass(className);
+    jobject object = env->AllocObject(clazz);
+    for (const auto& [name, value] : fields) {
+        const bool text = std::holds_alternative<const char*>(value);
+        jfieldID field = env->GetFieldID(clazz, name, text ? "Ljava/lang/String;" : "I");
+        if (field == nullptr) {
+            env->ExceptionClear();
+            ADD_FAILURE() << className << " has no field " << name;
+        } else if (text) {
+            const char* chars = std::get<const char*>(value);
+            jstring string = chars != nullptr ? env->NewStringUTF(chars) : nullptr;
+            env->SetObjectField(object, field, string);
+            if (string != nullptr) env->DeleteLocalRef(string);
+        } else {
+            env->SetIntField(object, field, std::get<jint>(value));
+        }
+    }
+    env->DeleteLocalRef(clazz);
+    return object;
+}
+
 const char* NameOf(mmisim::Transport backend) { return backend == mmisim::Transport::kAidl ? "aidl" : "hidl"; }
 
 mmisim::DeviceProfile EveryFamilyOver(mmisim::Transport backend) {

@@ -10,6 +10,8 @@
 #include <chrono>
 #include <map>
 #include <optional>
+#include <utility>
+#include <variant>
 #include <string>
 #include <vector>
 
@@ -60,6 +62,14 @@ private:
     static inline const JNINativeInterface_* sReal = nullptr;
     JNIEnv* mEnv;
 };
+
+// A Java object built field by field (no constructor runs): ints, and Strings (null for
+// nullptr); a field the class lacks fails the test.
+using FieldValue = std::variant<jint, const char*>;
+jobject NewModel(JNIEnv* env, const char* className,
+                 const std::vector<std::pair<const char*, FieldValue>>& fields = {});
+constexpr const char* kOperationClass = "com/corvex/mmitest/model/BigDataOperation";
+constexpr const char* kValueClass = "com/corvex/mmitest/model/BigDataValue";
 
 class MmiTest : public ::testing::Test {
 protected:

@@ -1,5 +1,7 @@
 #include "native_methods.h"
 
+#include "mmi_fixture.h"
+
 #include <sim/light_source.h>
 
 #include <cstdlib>
@@ -470,23 +472,6 @@ NativeCalls::NativeCalls(JNIEnv* env, jobject manager) : mEnv(env), mManager(man
         mGlobals.push_back(ref);
         return ref;
     };
-    auto model = [&](const char* className, std::vector<std::pair<const char*, std::string>> fields) {
-        jclass clazz = env->FindClass(className);
-        jobject object = env->AllocObject(clazz);
-        for (const auto& [name, value] : fields) {
-            const bool text = value.front() == '\'';
-            jfieldID field = env->GetFieldID(clazz, name, text ? "Ljava/lang/String;" : "I");
-            if (text) {
-                jstring string = env->NewStringUTF(value.substr(1, value.size() - 2).c_str());
-                env->SetObjectField(object, field, string);
-                env->DeleteLocalRef(string);
-            } else {
-                env->SetIntField(object, field, std::atoi(value.c_str()));
-            }
-        }
-        env->DeleteLocalRef(clazz);
-        return global(object);
-    };
     jclass clazz = env->GetObjectClass(manager);
     for (const NativeMethod& method : NativeMethods()) {
         mIds.push_back(env->GetMethodID(clazz, method.java, method.signature));
@@ -507,16 +492,16 @@ NativeCalls::NativeCalls(JNIEnv* env, jobject manager) : mEnv(env), mManager(man
                 env->SetByteArrayRegion(array, 0, static_cast<jsize>(bytes.size()), bytes.data());
                 value.l = global(array);
             } else if (token == "op") {
-                value.l = model("com/corvex/mmitest/model/BigDataOperation",
-                                {{"mVersion", "1"}, {"mCommandId", "100"}, {"mOperation", "2"}, {"mBsn", "'BSN-OP'"},
-                                 {"mStation", "'ST3'"}, {"mCycle", "4"}});
+                value.l = global(NewModel(env, kOperationClass,
+                                          {{"mVersion", 1}, {"mCommandId", 100}, {"mOperation", 2}, {"mBsn", "BSN-OP"},
+                                           {"mStation", "ST3"}, {"mCycle", 4}}));
             } else if (token == "value") {
-                value.l = model("com/corvex/mmitest/model/BigDataValue",
-                                {{"mVersion", "1"}, {"mDataSource", "2"}, {"mErrorCode", "3"}, {"mItemId", "4"},
-                                 {"mCycle", "5"}, {"mDeviceName", "'als'"}, {"mStation", "'ST3'"},
-                                 {"mTestName", "'flicker'"}, {"mBsn", "'BSN-VAL'"}, {"mValue", "'240'"},
-                                 {"mThresholdMin", "'50'"}, {"mThresholdMax", "'500'"}, {"mResult", "'pass'"},
-                                 {"mTime", "'2024-05-01'"}, {"mFirmware", "'fw-1.2'"}, {"mDescription", "'stress'"}});
+                value.l = global(NewModel(env, kValueClass,
+                                          {{"mVersion", 1}, {"mDataSource", 2}, {"mErrorCode", 3}, {"mItemId", 4},
+                                           {"mCycle", 5}, {"mDeviceName", "als"}, {"mStation", "ST3"},
+                                           {"mTestName", "flicker"}, {"mBsn", "BSN-VAL"}, {"mValue", "240"},
+                                           {"mThresholdMin", "50"}, {"mThresholdMax", "500"}, {"mResult", "pass"},
+                                           {"mTime", "2024-05-01"}, {"mFirmware", "fw-1.2"}, {"mDescription", "stress"}}));
             } else {
                 value.i = std::atoi(token.c_str());
             }

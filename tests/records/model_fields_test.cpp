@@ -1,85 +1,52 @@
-// Big-data reports built from model classes of another application build: a field that
-// is missing or has another type reads as its fallback, the failed lookup is logged and
-// cleared, and the report is still delivered.
-#include <string>
-#include <vector>
-
-#include "factory_records_support.h"
+// Big-data reports built from model classes of another application build (first on the
+// class path): a field that is missing or has another type reads as its fallback, the
+// failed lookup is logged and cleared, and the report is still delivered.
+#include "mmi_fixture.h"
 
 namespace mmitest {
 namespace {
 
-using vendor::zentel::hardware::hwfactoryinterface::FmdCmdData;
-using vendor::zentel::hardware::hwfactoryinterface::FmdEvent;
+class ModelFieldsTest : public BackendTest {};
 
-class ModelFieldsTest : public FactoryRecordTest {};
+TEST_P(ModelFieldsTest, FieldsThatCannotBeReadAreSentAsFallbacks) {
+    BootBackend();
+    jobject operation = NewModel(mEnv, kOperationClass,
+                                 {{"mVersion", 4}, {"mCommandId", 321}, {"mBsn", "SN-9"}, {"mCycle", "12"}});
+    EXPECT_EQ(Int("sendBigDataOperationNative", "(Lcom/corvex/mmitest/model/BigDataOperation;)I", operation), 0);
+    const auto data = handset().factoryInbox().cmdData.at(0);
+    // The operation is a long, the station missing, the cycle a String.
+    EXPECT_EQ(std::make_tuple(data.version, data.commandId, data.operation, data.bsn, data.station, data.cycle),
+              std::make_tuple(4, 321, -1, std::string("SN-9"), std::string(""), -1));
+    EXPECT_TRUE(Has(kInfo, By("SendBigDataOperation", ", version: 4; commandId: 321; operation: -1; station: ; cycle: -1")));
 
-TEST_P(ModelFieldsTest, OperationFieldsThatCannotBeReadAreSentAsFallbacks) {
-    BootFactory();
-    jobject operation = NewModel(mEnv, kOperationClass);
-    SetIntField(mEnv, operation, "mVersion", 4);
-    SetIntField(mEnv, operation, "mCommandId", 321);
-    SetTextField(mEnv, operation, "mBsn", "SN-9");
-    SetTextField(mEnv, operation, "mCycle", "12");
-    EXPECT_EQ(Int(kSendOperation, kSendOperationSig, operation), 0);
-
-    const std::vector<FmdCmdData> received = handset().factoryInbox().cmdData;
-    ASSERT_EQ(received.size(), 1u);
-    EXPECT_EQ(received[0].version, 4);
-    EXPECT_EQ(received[0].commandId, 321);
-    EXPECT_EQ(received[0].operation, -1);  // a long, not an int
-    EXPECT_EQ(received[0].bsn, "SN-9");
-    EXPECT_EQ(received[0].station, "");  // missing
-    EXPECT_EQ(received[0].cycle, -1);    // a String, not an int
-    EXPECT_EQ(LinesWithPriority(kError),
-              (std::vector<Line>{{kError, Prefixed("GetIntFromObject fail, field mOperation not found")},
-                                 {kError, Prefixed("GetStringFromObject fail, field mStation not found")},
-                                 {kError, Prefixed("GetIntFromObject fail, field mCycle not found")}}));
-    EXPECT_TRUE(Has(kInfo, Prefixed(By("SendBigDataOperation") +
-                                    ", version: 4; commandId: 321; operation: -1; station: ; cycle: -1")));
+    jobject value = NewModel(mEnv, kValueClass,
+                             {{"mVersion", 1}, {"mItemId", 8}, {"mStation", "ALS"}, {"mResult", "pass"},
+                              {"mDescription", "last field"}});
+    EXPECT_EQ(Int("sendBigDataValueNative", "(Lcom/corvex/mmitest/model/BigDataValue;)I", value), 0);
+    const auto message = handset().factoryInbox().messages.at(0);
+    const auto& event = message.events.at(0);
+    // The data source and the test name are missing, the value a double, the firmware an Object.
+    EXPECT_EQ(std::make_tuple(message.version, message.dataSource, message.eventCount, event.itemId, event.station,
+                              event.testName, event.value, event.firmware, event.result, event.description),
+              std::make_tuple(1, -1, 1, 8, std::string("ALS"), std::string(""), std::string(""), std::string(""),
+                              std::string("pass"), std::string("last field")));
+    std::vector<Line> lookups;
+    for (const Line& line : LinesWithPriority(kError)) {
+        if (line.message.find("not found") != std::string::npos) lookups.push_back(line);
+    }
+    EXPECT_EQ(lookups, (std::vector<Line>{{kError, Prefixed("GetIntFromObject fail, field mOperation not found")},
+                                          {kError, Prefixed("GetStringFromObject fail, field mStation not found")},
+                                          {kError, Prefixed("GetIntFromObject fail, field mCycle not found")},
+                                          {kError, Prefixed("GetIntFromObject fail, field mDataSource not found")},
+                                          {kError, Prefixed("GetStringFromObject fail, field mTestName not found")},
+                                          {kError, Prefixed("GetStringFromObject fail, field mValue not found")},
+                                          {kError, Prefixed("GetStringFromObject fail, field mFirmware not found")}}));
     // No exception is left for Java (the call helper fails the test on one) nor for the
     // next JNI call (-Xcheck:jni would warn).
     EXPECT_FALSE(mEnv->ExceptionCheck());
 }
 
-TEST_P(ModelFieldsTest, ValueFieldsThatCannotBeReadAreSentAsFallbacks) {
-    BootFactory();
-    jobject value = NewModel(mEnv, kValueClass);
-    SetIntField(mEnv, value, "mVersion", 1);
-    SetIntField(mEnv, value, "mItemId", 8);
-    SetTextField(mEnv, value, "mStation", "ALS");
-    SetTextField(mEnv, value, "mResult", "pass");
-    SetTextField(mEnv, value, "mDescription", "last field");
-    EXPECT_EQ(Int(kSendValue, kSendValueSig, value), 0);
-
-    const std::vector<vendor::zentel::hardware::hwfactoryinterface::FmdMsg> messages =
-            handset().factoryInbox().messages;
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0].version, 1);
-    EXPECT_EQ(messages[0].dataSource, -1);  // missing
-    EXPECT_EQ(messages[0].eventCount, 1);
-    ASSERT_EQ(messages[0].events.size(), 1u);
-    const FmdEvent& event = messages[0].events[0];
-    EXPECT_EQ(event.itemId, 8);
-    EXPECT_EQ(event.station, "ALS");
-    EXPECT_EQ(event.testName, "");  // missing
-    EXPECT_EQ(event.value, "");     // a double, not a String
-    EXPECT_EQ(event.firmware, "");  // an Object, not a String
-    EXPECT_EQ(event.result, "pass");
-    EXPECT_EQ(event.description, "last field");
-    const std::vector<Line> expectedLookups{{kError, Prefixed("GetIntFromObject fail, field mDataSource not found")},
-                                            {kError, Prefixed("GetStringFromObject fail, field mTestName not found")},
-                                            {kError, Prefixed("GetStringFromObject fail, field mValue not found")},
-                                            {kError, Prefixed("GetStringFromObject fail, field mFirmware not found")}};
-    std::vector<Line> lookups;
-    for (const Line& line : LinesWithPriority(kError)) {
-        if (line.message.find("not found") != std::string::npos) lookups.push_back(line);
-    }
-    EXPECT_EQ(lookups, expectedLookups);
-    EXPECT_FALSE(mEnv->ExceptionCheck());
-}
-
-INSTANTIATE_TEST_SUITE_P(Backends, ModelFieldsTest, ::testing::Values(kFactoryAidl, kFactoryHidl), BackendLabel);
+MMI_ON_BOTH_BACKENDS(ModelFieldsTest);
 
 }  // namespace
 }  // namespace mmitest
