@@ -183,6 +183,72 @@ TEST_F(NativeMethodsTest, WithoutServicesEachMethodFallsBack) {
     });
 }
 
+// With only the second HIDL sensors generation, it takes every request but the colour
+// values', which only the first answers.
+TEST_F(NativeMethodsTest, SecondSensorsGenerationAlone) {
+    mmisim::DeviceProfile profile = mmisim::DeviceProfile::AllHidl();
+    profile[Family::kSensors].sensorsV1 = false;
+    BootScripted(profile);
+    for (size_t i = 0; i < NativeMethods().size(); ++i) {
+        const NativeMethod& m = NativeMethods()[i];
+        if (m.family != Family::kSensors) continue;
+        SCOPED_TRACE(m.java);
+        std::vector<std::string> transcript;
+        const std::string answer = Run(i, transcript);
+        if (std::string(m.dispatcher) == "GetColorSensorValues") {
+            EXPECT_EQ(answer, m.fallback);
+            EXPECT_EQ(transcript, Joined(DispatcherLines(m, false), NoServiceLines(m)));
+            continue;
+        }
+        std::vector<std::string> expected = DispatcherLines(m, false);
+        for (std::string line : m.hidlLines) {
+            for (const auto& [from, to] : {std::pair<std::string, std::string>{"g_hwSensors", "g_zentelSensors"},
+                                           {"use sensorNewVer", "use g_zentelSensors"}}) {
+                if (const size_t at = line.find(from); at != std::string::npos) line.replace(at, from.size(), to);
+            }
+            expected.push_back(line);
+        }
+        EXPECT_EQ(answer, m.hidlServed ? m.hidlServed : m.served);
+        EXPECT_EQ(transcript, expected);
+        for (const std::string& origin : mOrigins) EXPECT_EQ(origin, "hidl2");
+    }
+}
+
+// Which HIDL sensors service takes the parameter requests and the colour values as the
+// served versions vary ("-": none can, the fallback and the operation's line).
+TEST_F(NativeMethodsTest, SensorsVersionsDecideWhoTakesTheParameterRequests) {
+    struct Row {
+        int firstMinor;  // newest 1.x minor version served, -1 for no 1.x service
+        bool second;     // 2.0 service served
+        const char* ambient;
+        const char* handle;
+        const char* colour;
+    };
+    const Row rows[] = {{2, false, "hidl", "hidl", "hidl"}, {1, true, "hidl2", "hidl", "hidl"},
+                        {1, false, "-", "hidl", "hidl"},    {0, true, "hidl2", "hidl2", "hidl"},
+                        {0, false, "-", "-", "hidl"},       {-1, true, "hidl2", "hidl2", "-"}};
+    for (const Row& row : rows) {
+        mmisim::DeviceProfile profile = mmisim::DeviceProfile::AllHidl();
+        profile[Family::kSensors].sensorsV1 = row.firstMinor >= 0;
+        profile[Family::kSensors].hidlMinor = std::max(row.firstMinor, 0);
+        profile[Family::kSensors].sensorsV2 = row.second;
+        BootScripted(profile);
+        for (const auto& [java, origin] : {std::pair{"getAmbientLightParameterNative", row.ambient},
+                                           {"setAmbientLightParameterNative", row.ambient},
+                                           {"handleSensorParameterNative", row.handle},
+                                           {"getColorSensorNative", row.colour}}) {
+            SCOPED_TRACE(std::string(java) + " on 1." + std::to_string(row.firstMinor) + (row.second ? " and 2.0" : ""));
+            const NativeMethod& m = MethodNamed(java);
+            std::vector<std::string> transcript;
+            const std::string answer = Run(static_cast<size_t>(&m - NativeMethods().data()), transcript);
+            const bool served = std::string(origin) != "-";
+            EXPECT_EQ(answer, served ? m.served : m.fallback);
+            EXPECT_EQ(Errors(transcript), served ? std::vector<std::string>{} : Errors(NoServiceLines(m)));
+            EXPECT_EQ(mOrigins, served ? std::set<std::string>{origin} : std::set<std::string>{});
+        }
+    }
+}
+
 // Operations that need a newer HIDL minor version than the service's fail with their own
 // line and call nothing; the others are served (factory 1.0-1.1, display 1.0-1.5).
 TEST_F(NativeMethodsTest, OlderHidlVersionsLackTheirOperations) {
