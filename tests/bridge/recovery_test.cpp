@@ -10,8 +10,13 @@
 #include <mutex>
 #include <thread>
 
-#include "device_support.h"
+#include <hostcontrol/binder_control.h>
+#include <hostcontrol/hidl_control.h>
+
+#include <functional>
+
 #include "jvm.h"
+#include "mmi_fixture.h"
 
 namespace mmitest {
 namespace {
@@ -29,7 +34,26 @@ std::vector<std::string> Messages(const std::vector<Line>& lines, const std::str
     return found;
 }
 
-class AidlRecoveryTest : public MmiTest {};
+class AidlRecoveryTest : public MmiTest {
+protected:
+    // JNI_OnLoad on a thread of its own, on a handset whose `family` is declared but not up; it
+    // waits there for the service, connecting nothing after it meanwhile, until `release` runs.
+    jint LoadWhileWaitingFor(Family family, const std::function<void()>& release) {
+        DeviceProfile profile = DeviceProfile::AllAidl();
+        profile[family].declaredNotStarted = true;
+        mmisim::Handset::Get().Configure(profile);
+        jint loaded = 0;
+        std::thread loader([&] {
+            Jvm::Get().Env();  // attaches the thread
+            loaded = CallOnLoad(Jvm::Get().vm());
+            Jvm::Get().vm()->DetachCurrentThread();
+        });
+        EXPECT_TRUE(hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(family), 1, kNoticeTimeout));
+        release();
+        loader.join();
+        return loaded;
+    }
+};
 
 TEST_F(AidlRecoveryTest, OneDeathDropsAndReconnectsAllNineFamilies) {
     Boot(DeviceProfile::AllAidl());
@@ -108,46 +132,19 @@ TEST_F(AidlRecoveryTest, LoadingAgainWhileConnectedLinksNothingTwice) {
 TEST_F(AidlRecoveryTest, LoadWaitsForADeclaredServiceThatIsLate) {
     Boot(DeviceProfile::AllAidl());
     CallOnUnload(Jvm::Get().vm());
-    DeviceProfile profile = DeviceProfile::AllAidl();
-    profile[Family::kDisplay].declaredNotStarted = true;
-    handset().Configure(profile);
     Mark();
-    jint loaded = 0;
-    std::thread loader([&] {
-        Jvm::Get().Env();  // attaches the thread
-        loaded = CallOnLoad(Jvm::Get().vm());
-        Jvm::Get().vm()->DetachCurrentThread();
-    });
-    ASSERT_TRUE(hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(Family::kDisplay), 1, kNoticeTimeout));
-    // Nothing after the display is connected while it is not up.
-    EXPECT_FALSE(Has(kInfo, "InitTouchScreen"));
-    handset().Start(Family::kDisplay);
-    loader.join();
-    EXPECT_EQ(loaded, 0x10004);
+    EXPECT_EQ(LoadWhileWaitingFor(Family::kDisplay,
+                                  [&] {
+                                      EXPECT_FALSE(Has(kInfo, "InitTouchScreen"));
+                                      handset().Start(Family::kDisplay);
+                                  }),
+              0x10004);
     EXPECT_EQ(Count(kInfo, Prefixed("g_aidlDisplay init success")), 1);
-    EXPECT_EQ(Str("getScreenCurrentFpsNative", "()Ljava/lang/String;").has_value(), true);
-    EXPECT_TRUE(Has(kInfo, "GetScreenCurrentFps, Aidl Called"));
-}
-
-TEST_F(AidlRecoveryTest, DeclaredFingerprintThatNeverComesUpIsReported) {
-    Boot(DeviceProfile::AllAidl());
+    EXPECT_EQ(Str("getScreenCurrentFpsNative", "()Ljava/lang/String;"), "60");
+    // A declared service that never comes (the wait ends without one) is reported.
     CallOnUnload(Jvm::Get().vm());
-    DeviceProfile profile = DeviceProfile::AllAidl();
-    profile[Family::kFingerprint].declaredNotStarted = true;
-    handset().Configure(profile);
     Mark();
-    jint loaded = 0;
-    std::thread loader([&] {
-        Jvm::Get().Env();
-        loaded = CallOnLoad(Jvm::Get().vm());
-        Jvm::Get().vm()->DetachCurrentThread();
-    });
-    ASSERT_TRUE(hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(Family::kFingerprint), 1,
-                                            kNoticeTimeout));
-    // The wait ends without a service (the service manager starts over).
-    hostcontrol::ResetServiceManager();
-    loader.join();
-    EXPECT_EQ(loaded, 0x10004);
+    EXPECT_EQ(LoadWhileWaitingFor(Family::kFingerprint, [] { hostcontrol::ResetServiceManager(); }), 0x10004);
     EXPECT_EQ(Count(kError, Prefixed("Could not connect to declared sensors AIDL HAL")), 1);
     EXPECT_TRUE(Has(kInfo, "InitFingerprint by hidl"));
 }
@@ -202,9 +199,9 @@ INSTANTIATE_TEST_SUITE_P(Cookies, HidlRecoveryTest,
 // service manager before any notice goes out, so a recovery never finds a dying service
 // (the vibrator's base service and its extension), and a dead binder answers nothing, not
 // even getExtension.
-class RepeatedDeathTest : public MmiTest, public ::testing::WithParamInterface<DeviceBackend> {
+class RepeatedDeathTest : public BackendTest {
 protected:
-    bool Aidl() const { return GetParam().aidl(); }
+    bool Aidl() const { return aidl(); }
 
     // Whether each family answered from its service through the library.
     std::vector<std::pair<Family, bool>> Served() {
@@ -248,7 +245,7 @@ protected:
 };
 
 TEST_P(RepeatedDeathTest, EveryFamilyDiesAndComesBackTwentyTimes) {
-    const DeviceProfile profile = GetParam().profile();
+    const DeviceProfile profile = EveryFamilyOver(GetParam());
     Boot(profile);
     for (int round = 0; round < 20 && !HasFailure(); ++round) {
         for (Family family : mmisim::kAllFamilies) {
@@ -268,29 +265,9 @@ TEST_P(RepeatedDeathTest, EveryFamilyDiesAndComesBackTwentyTimes) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Generations, RepeatedDeathTest, ::testing::Values(kAidlDevices, kHidlDevices),
-                         DeviceBackendName);
+MMI_ON_BOTH_BACKENDS(RepeatedDeathTest);
 
 class HidlNoticeTest : public MmiTest {};
-
-// The fingerprint family listens for touch-screen registrations, so a fingerprint service
-// that comes back alone reconnects nothing; the next listened registration does.
-TEST_F(HidlNoticeTest, FingerprintComingBackAloneReconnectsNothing) {
-    Boot(DeviceProfile::AllHidl());
-    handset().Kill(Family::kFingerprint);
-    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:3")));
-    handset().Start(Family::kFingerprint);
-    ASSERT_TRUE(NoticesDelivered());
-    EXPECT_FALSE(Has(kInfo, "InitFingerprint by hidl"));
-    Mark();
-    EXPECT_EQ(Int("sendCmdToFingerprintHalNative", "(I)I", 1), -1);
-    EXPECT_TRUE(Has(kError, Prefixed("SetCmdToFingerprintHal by hidl fail, g_hwFingerprint is null")));
-
-    handset().Kill(Family::kTouchScreen);
-    handset().Start(Family::kTouchScreen);
-    ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_hwFingerprint linkToDeath")));
-    ASSERT_TRUE(NoticesDelivered());
-}
 
 // A listener of the test's own that keeps the thread delivering its first notice until
 // released (at the latest after three notice timeouts, longer than any wait of the test).
