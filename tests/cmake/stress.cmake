@@ -1,33 +1,24 @@
-# Load with service faults: Java threads of a driver class (tests/stress/java, a jar first on
-# the embedded JVM's class path) call every native method while a seeded schedule kills and
-# restarts the handset's services. The display processor's vendor library is on the
-# loader's path, so video interpolation runs under the load too. One test per handset.
-set(MMI_STRESS_DIR ${CMAKE_CURRENT_LIST_DIR}/../stress)
-
-set(MMI_SAVED_JAVA_FLAGS "${CMAKE_JAVA_COMPILE_FLAGS}")
-set(CMAKE_JAVA_COMPILE_FLAGS -source 17 -target 17 -Xlint:all -Werror)
-file(GLOB_RECURSE MMI_STRESS_JAVA CONFIGURE_DEPENDS ${MMI_STRESS_DIR}/java/*.java)
-add_jar(mmi_stress_driver SOURCES ${MMI_STRESS_JAVA} INCLUDE_JARS mmi_app OUTPUT_DIR ${CMAKE_BINARY_DIR}/java)
-set(CMAKE_JAVA_COMPILE_FLAGS "${MMI_SAVED_JAVA_FLAGS}")
-
-file(GLOB MMI_STRESS_SOURCES CONFIGURE_DEPENDS ${MMI_STRESS_DIR}/*.cpp)
+# Load with service faults: threads attached to the Java VM call every native method while a
+# seeded schedule kills and restarts the handset's services. The display processor's vendor
+# library is on the loader's path, so video interpolation runs under the load too. One test
+# per handset.
+file(GLOB MMI_STRESS_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/../stress/*.cpp)
 add_executable(mmi_stress_tests ${MMI_STRESS_SOURCES})
 target_link_libraries(mmi_stress_tests PRIVATE mmi_test_harness mmi_warnings)
-add_dependencies(mmi_stress_tests ZtMmi_jni mmi_app mmi_sim_java mmi_stress_driver pixelworks_mmi_sim)
+add_dependencies(mmi_stress_tests ZtMmi_jni mmi_app mmi_sim_java pixelworks_mmi_sim)
 get_target_property(MMI_STRESS_PANEL_DIR pixelworks_mmi_sim LIBRARY_OUTPUT_DIRECTORY)
 # The run measures the process's allocations to the kilobyte, so two things that allocate
 # on their own account are off in its process: the Java VM runs interpreted with the serial
 # collector (a JIT compiler allocates and frees megabytes of native memory on timers of its
 # own), and glibc keeps no per-thread caches of freed blocks (a cached block counts as in
-# use, and what sits in the caches of eight busy threads changes with the load). The calls
-# are the same JNI calls from the same Java threads.
+# use, and what sits in the caches of eight busy threads changes with the load). In a
+# sanitizer build the memory is not measured (its allocator replaces malloc), so the Java
+# VM compiles as usual there.
 # A run ends within MMI_STRESS_TIME_FACTOR times its load time (MMI_STRESS_SECONDS, default
 # 4 s) or fails with what it was waiting for; CTest's timeout, from the same figures, only
 # stops a process that hangs outside the run's own waits. ./mmi configures before each run,
-# so a load time set for it reaches both. In a sanitizer build the memory is not measured
-# (a sanitizer's allocator replaces malloc), so the Java VM compiles as usual there.
-# The three tests are listed here rather than discovered, so that their environment (a
-# list) reaches CTest whole.
+# so a load time set for it reaches both. The tests are listed here rather than discovered,
+# so that their environment (a list) reaches CTest whole.
 set(MMI_STRESS_TIME_FACTOR 30)
 set(MMI_STRESS_SECONDS_CONFIGURED 4)
 if(DEFINED ENV{MMI_STRESS_SECONDS} AND "$ENV{MMI_STRESS_SECONDS}" MATCHES "^([0-9]+)")
@@ -35,13 +26,12 @@ if(DEFINED ENV{MMI_STRESS_SECONDS} AND "$ENV{MMI_STRESS_SECONDS}" MATCHES "^([0-
 endif()
 math(EXPR MMI_STRESS_TIMEOUT "${MMI_STRESS_TIME_FACTOR} * ${MMI_STRESS_SECONDS_CONFIGURED} + 120")
 target_compile_definitions(mmi_stress_tests PRIVATE MMI_STRESS_TIME_FACTOR=${MMI_STRESS_TIME_FACTOR})
-set(MMI_STRESS_ENVIRONMENT "MMI_TEST_CLASSPATH=${CMAKE_BINARY_DIR}/java/mmi_stress_driver.jar")
+set(MMI_STRESS_ENVIRONMENT "")
 if(MMI_SANITIZE STREQUAL "")
-  list(APPEND MMI_STRESS_ENVIRONMENT "JAVA_TOOL_OPTIONS=-Xint -XX:+UseSerialGC" "GLIBC_TUNABLES=glibc.malloc.tcache_count=0")
+  set(MMI_STRESS_ENVIRONMENT "JAVA_TOOL_OPTIONS=-Xint -XX:+UseSerialGC" "GLIBC_TUNABLES=glibc.malloc.tcache_count=0")
 endif()
 foreach(handset IN ITEMS Aidl Hidl Mixed)
-  add_test(NAME StressTest.${handset}Handset
-      COMMAND mmi_stress_tests --gtest_filter=StressTest.${handset}Handset)
+  add_test(NAME StressTest.${handset}Handset COMMAND mmi_stress_tests --gtest_filter=StressTest.${handset}Handset)
   set_tests_properties(StressTest.${handset}Handset PROPERTIES
       TIMEOUT ${MMI_STRESS_TIMEOUT}
       ENVIRONMENT "${MMI_STRESS_ENVIRONMENT}"

@@ -1,49 +1,42 @@
-// Load with service faults: Java threads (8 by default) call every native method of
-// MmiNativeManager continuously while a seeded schedule kills and restarts services of the
-// handset, round after round. The run passes only if
+// Load with service faults: threads attached to the Java VM (8 by default) call every native
+// method of MmiNativeManager continuously while a seeded schedule kills and restarts the
+// handset's services, round after round. The run passes only if
 //   - every call returns within a bound (a watchdog watches each one),
 //   - every answer is one the library gives in some state the service can be in (its own
-//     answer, the operation's fallback, the presets after a failed transaction),
+//     answer, the operation's fallback, the presets of a failed call: the method table),
 //   - after the last restart of each round every family is connected again: each of the 61
 //     methods gives the service's own answer once more,
 //   - no Java exception reaches the callers and the JVM prints no JNI warning,
-//   - memory does not grow from round to round beyond the leaks the library keeps by
-//     design, which are counted (from the library's own log lines) and priced (measured
-//     per kept item).
+//   - the process's allocations do not grow from round to round. The methods that keep a
+//     little memory for good by design (the table's `keeps`) are left out of the measured
+//     rounds and measured on their own: at most one small text or reference per call.
 //
 // MMI_STRESS_SECONDS sets the time of the load per handset (default 4), MMI_STRESS_THREADS
-// the number of Java threads (default and least 8), MMI_STRESS_SEED the schedule's seed.
-// A run ends within MMI_STRESS_TIME_FACTOR times its load time (set by the build, which
-// gives CTest's timeout from the same figure): every wait is cut to the time left, and a
-// round that cannot close in it fails with what it was waiting for.
-#include <android/hidl/manager/1.0/IServiceNotification.h>
+// the number of threads (default and least 8), MMI_STRESS_SEED the schedule's seed. A run
+// ends within MMI_STRESS_TIME_FACTOR times its load time (set by the build, which gives
+// CTest's timeout from the same figure): every wait is cut to the time left, and a round that
+// cannot close in it fails with what it was waiting for.
 #include <gtest/gtest.h>
 #include <hostcontrol/binder_control.h>
 #include <hostcontrol/hidl_control.h>
 #include <malloc.h>
 #include <unistd.h>
-#include <vendor/zentel/hardware/hwdisplay/1.0/IDisplay.h>
-#include <vendor/zentel/hardware/hwfactoryinterface/1.0/IHwFactoryInterface.h>
-#include <vendor/zentel/hardware/light/2.0/ILight.h>
-#include <vendor/zentel/hardware/power/1.0/IHWPower.h>
-#include <vendor/zentel/hardware/sensors/1.0/ISensors.h>
-#include <vendor/zentel/hardware/sensors/2.0/ISensors.h>
-#include <vendor/zentel/hardware/tp/1.0/ITouchscreen.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
-#include <string>
-#include <vector>
+#include <map>
+#include <mutex>
+#include <random>
+#include <set>
+#include <thread>
 
-#include "fault_schedule.h"
 #include "jvm.h"
 #include "mmi_fixture.h"
-#include "stress_answers.h"
-#include "stress_driver.h"
+#include "native_methods.h"
 
 namespace mmitest {
 namespace {
@@ -51,38 +44,33 @@ namespace {
 using mmisim::DeviceProfile;
 using mmisim::Family;
 using mmisim::Transport;
-using mmistress::Expectation;
-using mmistress::FaultSchedule;
-using mmistress::FaultStep;
-using mmistress::StressDriver;
 using Clock = std::chrono::steady_clock;
+using Answers = std::vector<std::map<std::string, int64_t>>;  // per method: answer, how often
 
 // A call that has not returned after this long is taken as hung.
 constexpr int64_t kCallBoundMillis = 10000;
-// Bound of every wait on the load (calls made, workers pausing), within the run's time.
+// Bound of every wait on the load (calls made, threads pausing), within the run's time.
 constexpr int64_t kWaitMillis = 60000;
+// Least time the threads get to pause (each finishes the call it is in).
+constexpr int64_t kPauseMillis = 2000;
 // Lines each thread's log keeps outside the rounds, for the waits on a line. Under the load
 // the run counts the lines it needs as they are written (a log observer) and the capture
 // keeps none: its memory is the same however many lines the load writes, however slow the
 // process is (a sanitizer's allocator) and however many notice threads the load calls up.
 constexpr size_t kKeptLinesPerThread = 256;
-// Least time the Java threads get to pause (each finishes the call it is in).
-constexpr int64_t kPauseMillis = 2000;
-// Calls between two steps of the fault schedule.
+// Calls between two steps of the fault schedule, and after the last restart of a round.
 constexpr int64_t kMinGap = 200;
 constexpr int64_t kMaxGap = 3000;
-// Calls each round makes after its last restart, with every service up.
 constexpr int64_t kTailCalls = 2000;
-// Calls per measurement of what one leaked item costs, and reconnections replayed to measure
-// what the service manager keeps of the library's notification registrations.
-constexpr int kPricingCalls = 10000;
-constexpr int kPricingReconnections = 500;
-// Growth of the process's allocations over the measured rounds that the deliberate leaks
-// do not explain, above which the run fails: 64 KB plus 100 B per service death.
-// The load makes about a hundred calls of each method per death, so a leak of a few bytes
-// per call of any one method exceeds it; runs stay within a few kilobytes (see README).
-constexpr double kUnexplainedGrowthBase = 64 * 1024;
-constexpr double kUnexplainedGrowthPerDeath = 100;
+// Growth of the process's allocations over the measured rounds above which the run fails:
+// 64 KB plus 100 B per service death. The load makes about a hundred calls of each method
+// per death, so a leak of a few bytes per call of any one method exceeds it.
+constexpr double kGrowthBase = 64 * 1024;
+constexpr double kGrowthPerDeath = 100;
+// What a method that keeps memory by design may keep per call (one small text or global
+// reference), measured over this many calls.
+constexpr double kKeptPerCall = 256;
+constexpr int kKeptCalls = 2000;
 
 // A sanitizer's allocator takes malloc's place: the process's allocations cannot be read
 // then, and the run checks everything but its memory.
@@ -92,120 +80,226 @@ constexpr bool kMemoryMeasured = false;
 constexpr bool kMemoryMeasured = true;
 #endif
 
-struct Settings {
-    double seconds = 4;
-    int threads = 8;
-    uint32_t seed = 20240501;
-    int rounds = 5;  // the first is a warm-up, not measured
-};
-
 double EnvNumber(const char* name, double fallback) {
     const char* value = std::getenv(name);
-    if (value == nullptr || *value == '\0') return fallback;
     char* end = nullptr;
-    const double number = std::strtod(value, &end);
-    return end != value && number > 0 ? number : fallback;
+    const double number = value != nullptr ? std::strtod(value, &end) : 0;
+    return value != nullptr && end != value && number > 0 ? number : fallback;
 }
 
-Settings SettingsFor(uint32_t handsetIndex) {
-    Settings settings;
-    settings.seconds = EnvNumber("MMI_STRESS_SECONDS", settings.seconds);
-    settings.threads = std::max(8, static_cast<int>(EnvNumber("MMI_STRESS_THREADS", settings.threads)));
-    settings.seed = static_cast<uint32_t>(EnvNumber("MMI_STRESS_SEED", settings.seed)) + handsetIndex;
-    settings.rounds = std::max(5, static_cast<int>(settings.seconds / 2));
-    return settings;
+// What a method may answer during the load: the service's answer, and what else the library
+// gives while the service dies and returns.
+struct Expectation {
+    std::string served;
+    std::set<std::string> others;
+};
+
+Expectation Expected(const NativeMethod& m, const DeviceProfile& profile) {
+    if (!m.family) return {m.served, {m.fallback}};  // the panel library, closed after a HIDL death
+    const mmisim::FamilyConfig& family = profile[*m.family];
+    if (family.transport == Transport::kNone) return {m.fallback, {}};
+    Expectation e{m.served, {m.aidlFailed, m.fallback}};
+    if (family.transport == Transport::kHidl) {
+        const int minor = family.hidlMinor >= 0 ? family.hidlMinor : 5;
+        e = {minor < m.hidlMinor ? m.fallback : m.hidlServed ? m.hidlServed : m.served, {m.hidlFailed, m.fallback}};
+    }
+    e.others.erase(e.served);
+    return e;
 }
 
-// The library's log lines that the run counts, kept by a log observer as they are written.
-struct LineCounts {
-    std::atomic<int64_t> vibratorSetKept{0};    // SetVibratorPar kept the command's characters
-    std::atomic<int64_t> vibratorGetKept{0};    // GetVibratorResult kept the command's characters
-    std::atomic<int64_t> nmCardKept{0};         // SetNmCardTestMode without service kept the mode's characters
-    std::atomic<int64_t> registerCalled{0};     // RegisterClient reached the AIDL backend
-    std::atomic<int64_t> registerNoService{0};  // ... and found no service there (no reference taken)
-    std::atomic<int64_t> aidlDeathNotices{0};
-    std::atomic<int64_t> hidlDeathNotices{0};
-    std::atomic<int64_t> hidlListenerRegistrations{0};  // one per HIDL family connected
-    std::atomic<int64_t> fingerprintWithoutSession{0};  // InitFingerprint found no session
+// A seeded schedule of service deaths and restarts, spaced by calls made. While a round runs,
+// each step kills a running family (up to three are down at once) or restarts one that is
+// down, so deaths also land while the library is still recovering from earlier ones. The
+// round closes by restarting what is down, then, once every notice is handled, killing every
+// family at once and starting them all again, fingerprint first: the recovery connects every
+// family afresh (clearing a handle whose service died between its lookup and its death link)
+// and over HIDL every family is reconnected by a registration it listens for (the fingerprint
+// family listens for the touch screen's).
+struct FaultStep {
+    bool kill;
+    Family family;
+    int64_t afterCalls;
+};
 
-    void count(const mmisim::LogEntry& entry) {
-        const std::string& m = entry.message;
-        auto startsWith = [&m](const char* text) { return m.rfind(text, 0) == 0; };
-        if (entry.priority == kInfo) {
-            if (startsWith("ZtMmiTest_jni: SetVibratorPar by aidl, strCmd = ")) ++vibratorSetKept;
-            if (startsWith("ZtMmiTest_jni: GetVibratorResult by aidl, result:")) ++vibratorGetKept;
-            if (m == "RegisterClient, Aidl Called") ++registerCalled;
-            if (m.size() > 12 && m.compare(m.size() - 12, 12, " linkToDeath") == 0) ++hidlListenerRegistrations;
-        } else if (entry.priority == kError) {
-            if (m == "ZtMmiTest_jni: SetNmCardTestMode by aidl fail, g_aidlFactoryInterface is null" ||
-                m == "ZtMmiTest_jni: SetNmCardTestMode by hidl fail, g_hwFactoryInterface is null") {
-                ++nmCardKept;
-            }
-            if (m == "ZtMmiTest_jni: RegisterClient by aidl fail, g_aidlVaelon is null") ++registerNoService;
-            if (m == "ZtMmiTest_jni: g_aidlFingerprintSession is null") ++fingerprintWithoutSession;
-        } else if (entry.priority == kWarn) {
-            if (m == "ServiceDied, remote hal service died") ++aidlDeathNotices;
-            if (startsWith("ZtMmiTest_jni: ProcessServiceDied")) ++hidlDeathNotices;
+class FaultSchedule {
+public:
+    FaultSchedule(const DeviceProfile& profile, uint32_t seed) : mRandom(seed) {
+        for (Family family : mmisim::kAllFamilies) {
+            if (profile[family].transport != Transport::kNone) mServed.push_back(family);
         }
     }
-};
-
-// The deliberate leaks, counted up to a moment.
-struct Kept {
-    int64_t vibratorSet = 0;
-    int64_t vibratorGet = 0;
-    int64_t nmCard = 0;
-    int64_t globalRefs = 0;
-    // Registrations for HIDL registration notices: one per HIDL family connected (the
-    // library registers again on every connection); the service manager keeps each (on a
-    // device, in its own process).
-    int64_t hidlRegistrations = 0;
-
-    static Kept Of(const LineCounts& c) {
-        return {c.vibratorSetKept, c.vibratorGetKept, c.nmCardKept, c.registerCalled - c.registerNoService,
-                c.hidlListenerRegistrations};
+    FaultStep Next() {
+        const bool restart = !mDown.empty() && (mDown.size() >= 3 || mDown.size() == mServed.size() ||
+                                                std::bernoulli_distribution(0.5)(mRandom));
+        std::vector<Family> pool;
+        for (Family family : mServed) {
+            if ((mDown.count(family) != 0) == restart) pool.push_back(family);
+        }
+        return Step(!restart, pool[std::uniform_int_distribution<size_t>(0, pool.size() - 1)(mRandom)], Gap());
     }
-    Kept operator-(const Kept& o) const {
-        return {vibratorSet - o.vibratorSet, vibratorGet - o.vibratorGet, nmCard - o.nmCard, globalRefs - o.globalRefs,
-                hidlRegistrations - o.hidlRegistrations};
+    std::vector<FaultStep> WindDown() {
+        std::vector<FaultStep> steps;
+        while (!mDown.empty()) steps.push_back(Step(false, *mDown.begin(), Gap()));
+        return steps;
     }
-};
-
-// What one leaked item costs in process memory, measured on this run.
-struct Prices {
-    double vibratorSet = 0;
-    double vibratorGet = 0;
-    double nmCard = 0;
-    double globalRef = 0;
-    double registration = 0;
-    double explained(const Kept& k) const {
-        return k.vibratorSet * vibratorSet + k.vibratorGet * vibratorGet + k.nmCard * nmCard +
-               k.globalRefs * globalRef + k.hidlRegistrations * registration;
+    std::vector<FaultStep> Closing() {
+        std::vector<FaultStep> steps;
+        for (Family family : mServed) steps.push_back(Step(true, family, 0));
+        std::vector<Family> order = mServed;
+        std::stable_partition(order.begin(), order.end(), [](Family f) { return f == Family::kFingerprint; });
+        for (Family family : order) steps.push_back(Step(false, family, Gap()));
+        return steps;
     }
+    int deaths = 0;
+
+private:
+    FaultStep Step(bool kill, Family family, int64_t gap) {
+        if (kill) {
+            mDown.insert(family);
+            ++deaths;
+        } else {
+            mDown.erase(family);
+        }
+        return {kill, family, gap};
+    }
+    int64_t Gap() { return std::uniform_int_distribution<int64_t>(kMinGap, kMaxGap)(mRandom); }
+
+    std::mt19937 mRandom;
+    std::vector<Family> mServed;
+    std::set<Family> mDown;
 };
 
-struct Memory {
-    int64_t mallocInUse = 0;  // bytes handed out by malloc (all arenas, mmapped chunks included)
-    int64_t rss = 0;
-    int64_t javaHeap = 0;           // used Java heap after a collection
-    int64_t javaHeapCommitted = 0;  // Java heap the VM has taken from the system
-};
-
-// A registration listener that ignores every notice: it stands for the library's in the
-// measurement of what a registration costs.
-class IgnoringListener : public android::hidl::manager::V1_0::IServiceNotification {
+// Threads attached to the Java VM calling every native method continuously, each thread in
+// its own seeded order, while the gate is open; a watchdog notes a call that has not
+// returned within its bound.
+class Load {
 public:
-    android::hardware::Return<void> onRegistration(const android::hardware::hidl_string&,
-                                                   const android::hardware::hidl_string&, bool) override {
-        return android::hardware::Void();
+    Load(jobject manager, int threads, uint32_t seed)
+        : mManager(manager), mStartedAt(static_cast<size_t>(threads)), mInFlight(static_cast<size_t>(threads)),
+          mAnswers(static_cast<size_t>(threads), Answers(NativeMethods().size())), mAnswerLocks(threads) {
+        for (int i = 0; i < threads; ++i) mThreads.emplace_back([this, i, seed] { Work(i, seed); });
+        mThreads.emplace_back([this] { Watch(); });
     }
-};
+    ~Load() {
+        {
+            std::lock_guard<std::mutex> lock(mLock);
+            mStopped = true;
+        }
+        mChanged.notify_all();
+        for (std::thread& thread : mThreads) thread.join();
+    }
+    // Opens the gate; the methods that keep memory by design are called only with `keepers`.
+    void Resume(bool keepers) {
+        std::lock_guard<std::mutex> lock(mLock);
+        mOpen = true;
+        mKeepers = keepers;
+        mChanged.notify_all();
+    }
+    // Shuts the gate and waits until every thread has finished its call in flight.
+    bool Pause(int64_t millis) {
+        std::unique_lock<std::mutex> lock(mLock);
+        mOpen = false;
+        return mChanged.wait_for(lock, std::chrono::milliseconds(millis),
+                                 [this] { return mWaiting == static_cast<int>(mStartedAt.size()); });
+    }
+    int64_t Calls() const { return mCalls; }
+    // False when the count is not reached in time or a call hangs.
+    bool AwaitCalls(int64_t count, int64_t millis) {
+        std::unique_lock<std::mutex> lock(mLock);
+        return mChanged.wait_for(lock, std::chrono::milliseconds(millis),
+                                 [&] { return mCalls >= count || !mStall.empty(); }) &&
+               mStall.empty();
+    }
+    std::string Stall() {
+        std::lock_guard<std::mutex> lock(mLock);
+        return mStall;
+    }
+    // The answers since the last call, merged over the threads.
+    Answers Drain() {
+        Answers all(NativeMethods().size());
+        for (size_t t = 0; t < mAnswers.size(); ++t) {
+            std::lock_guard<std::mutex> lock(mAnswerLocks[t]);
+            for (size_t m = 0; m < all.size(); ++m) {
+                for (const auto& [answer, count] : mAnswers[t][m]) all[m][answer] += count;
+                mAnswers[t][m].clear();
+            }
+        }
+        return all;
+    }
 
-std::string Kilobytes(double bytes) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%+.1f KB", bytes / 1024.0);
-    return text;
-}
+private:
+    static int64_t Nanoseconds() {
+        return std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now().time_since_epoch()).count();
+    }
+    void Work(int index, uint32_t seed) {
+        JNIEnv* env = nullptr;
+        Jvm::Get().vm()->AttachCurrentThread(reinterpret_cast<void**>(&env), nullptr);
+        {
+            NativeCalls calls(env, mManager);
+            std::mt19937 random(seed * 1000003u + static_cast<uint32_t>(index));
+            std::vector<size_t> order(NativeMethods().size());
+            for (size_t i = 0; i < order.size(); ++i) order[i] = i;
+            bool keepers = false;
+            while (WaitForGate(keepers)) {
+                std::shuffle(order.begin(), order.end(), random);
+                for (size_t method : order) {
+                    if (!mOpen) break;
+                    if (NativeMethods()[method].keeps && !keepers) continue;
+                    mInFlight[index] = method;
+                    mStartedAt[index] = Nanoseconds() | 1;
+                    const std::string answer = calls.Call(method);
+                    mStartedAt[index] = 0;
+                    {
+                        std::lock_guard<std::mutex> lock(mAnswerLocks[index]);
+                        ++mAnswers[index][method][answer];
+                    }
+                    if (++mCalls % 64 == 0) mChanged.notify_all();
+                }
+            }
+        }
+        Jvm::Get().vm()->DetachCurrentThread();
+    }
+    // Waits while the gate is shut; false once the load stops.
+    bool WaitForGate(bool& keepers) {
+        std::unique_lock<std::mutex> lock(mLock);
+        ++mWaiting;
+        mChanged.notify_all();
+        mChanged.wait(lock, [this] { return mOpen || mStopped; });
+        --mWaiting;
+        keepers = mKeepers;
+        return !mStopped;
+    }
+    void Watch() {
+        std::unique_lock<std::mutex> lock(mLock);
+        while (!mChanged.wait_for(lock, std::chrono::milliseconds(100), [this] { return mStopped; })) {
+            const int64_t now = Nanoseconds();
+            for (size_t i = 0; i < mStartedAt.size() && mStall.empty(); ++i) {
+                const int64_t started = mStartedAt[i];
+                const int64_t ms = (now - started) / 1000000;
+                if (started != 0 && ms > kCallBoundMillis) {
+                    mStall = std::string(NativeMethods()[mInFlight[i]].java) + " on thread " + std::to_string(i) +
+                             " has not returned for " + std::to_string(ms) + " ms";
+                    mChanged.notify_all();
+                }
+            }
+        }
+    }
+
+    jobject mManager;
+    std::vector<std::atomic<int64_t>> mStartedAt;  // per thread: when its call in flight began (0: none)
+    std::vector<std::atomic<size_t>> mInFlight;
+    std::vector<Answers> mAnswers;
+    std::vector<std::mutex> mAnswerLocks;
+    std::atomic<int64_t> mCalls{0};
+    std::mutex mLock;
+    std::condition_variable mChanged;
+    bool mOpen = false;
+    bool mKeepers = false;
+    bool mStopped = false;
+    int mWaiting = 0;
+    std::string mStall;
+    std::vector<std::thread> mThreads;
+};
 
 class StressTest : public MmiTest {
 protected:
@@ -221,8 +315,7 @@ protected:
         return std::max<int64_t>(0, std::min<int64_t>(bound, left));
     }
 
-    // Why a wait ended without what it waited for: the run's time is up, or the wait's own
-    // bound passed.
+    // Why a wait ended without what it waited for: the run's time is up, or its own bound.
     std::string Expired(int64_t waitedMillis) const {
         if (Left() == 0) {
             return "the run's time is up (" + std::to_string(mRunSeconds) + " s, " +
@@ -231,29 +324,26 @@ protected:
         return "nothing for " + std::to_string(waitedMillis) + " ms";
     }
 
-    // What the handset and the library were doing, for a round that could not close: the
-    // services down and those the library waits for.
+    // The services down and those the library waits for, for a round that could not close.
     std::string Situation() {
-        std::string down;
-        std::string awaited;
+        std::string down = "none";
+        std::string awaited = "none";
         for (Family family : mmisim::kAllFamilies) {
             if (handset().profile()[family].transport != Transport::kNone && !handset().IsRunning(family)) {
-                down += std::string(down.empty() ? "" : ", ") + mmisim::FamilyName(family);
+                down = (down == "none" ? "" : down + ", ") + mmisim::FamilyName(family);
             }
             const std::string name = mmisim::Handset::AidlServiceName(family);
-            if (hostcontrol::WaitersFor(name) > 0) awaited += std::string(awaited.empty() ? "" : ", ") + name;
+            if (hostcontrol::WaitersFor(name) > 0) awaited = (awaited == "none" ? "" : awaited + ", ") + name;
         }
-        auto listed = [](const std::string& names) { return names.empty() ? std::string("none") : names; };
-        return "services down: " + listed(down) + "; the library waits for: " + listed(awaited);
+        return "services down: " + down + "; the library waits for: " + awaited;
     }
 
     // Waits until every death and registration notice has been handled (the library's
     // recoveries have ended), within the run's time.
     bool Settled(const std::string& what) {
-        // A HIDL notice may post a binder notice and the other way round: settle both twice.
         const int64_t bound = Left(kNoticeTimeout.count());
         bool idle = true;
-        for (int round = 0; round < 2; ++round) {
+        for (int round = 0; round < 2; ++round) {  // a notice of one kind may post one of the other
             idle = hostcontrol::WaitForHidlNotices(std::chrono::milliseconds(Left(bound))) && idle;
             idle = hostcontrol::WaitForBinderNotices(std::chrono::milliseconds(Left(bound))) && idle;
         }
@@ -265,339 +355,212 @@ protected:
         return idle;
     }
 
-    static int64_t Resident() {
-        long pages = 0;
-        long resident = 0;
-        std::ifstream("/proc/self/statm") >> pages >> resident;
-        return static_cast<int64_t>(resident) * sysconf(_SC_PAGESIZE);
-    }
-
-    // The process's memory after a Java collection, with the logs of threads that have ended
-    // freed.
-    Memory Measure() {
-        log().clear();
-        auto noException = [this] {
-            if (!mEnv->ExceptionCheck()) return;
-            mEnv->ExceptionDescribe();
-            mEnv->ExceptionClear();
-            ADD_FAILURE() << "measuring the Java heap threw";
-        };
-        jclass system = mEnv->FindClass("java/lang/System");
-        jmethodID gc = mEnv->GetStaticMethodID(system, "gc", "()V");
-        for (int i = 0; i < 2; ++i) {
-            mEnv->CallStaticVoidMethod(system, gc);
-            noException();
-        }
-        mEnv->DeleteLocalRef(system);
-        jclass runtimeClass = mEnv->FindClass("java/lang/Runtime");
-        jobject runtime = mEnv->CallStaticObjectMethod(
-                runtimeClass, mEnv->GetStaticMethodID(runtimeClass, "getRuntime", "()Ljava/lang/Runtime;"));
-        noException();
-        const jlong total = mEnv->CallLongMethod(runtime, mEnv->GetMethodID(runtimeClass, "totalMemory", "()J"));
-        noException();
-        const jlong free = mEnv->CallLongMethod(runtime, mEnv->GetMethodID(runtimeClass, "freeMemory", "()J"));
-        noException();
-        mEnv->DeleteLocalRef(runtime);
-        mEnv->DeleteLocalRef(runtimeClass);
-        Memory memory;
-        // Free memory goes back to the system first, so that the resident size counts what
-        // is in use rather than what the allocator keeps for later.
-        malloc_trim(0);
-        const struct mallinfo2 info = mallinfo2();
-        memory.mallocInUse = static_cast<int64_t>(info.uordblks + info.hblkhd);
-        memory.rss = Resident();
-        memory.javaHeap = total - free;
-        memory.javaHeapCommitted = total;
-        return memory;
-    }
-
-    // What one item kept by `method` costs: `kPricingCalls` calls on this thread, measured.
-    double Price(StressDriver& driver, int method) {
-        const Memory before = Measure();
-        driver.callRepeatedly(method, kPricingCalls);
-        const Memory after = Measure();
-        return static_cast<double>(after.mallocInUse - before.mallocInUse) / kPricingCalls;
-    }
-
-    // Waits until the load has made `gap` more calls, within the run's time; a failure
-    // (hung call, load stopped, time up) is reported with what the wait was for.
-    bool Await(StressDriver& driver, int64_t gap, const std::string& what) {
-        const int64_t from = driver.calls();
+    // Waits until the load has made `gap` more calls, within the run's time.
+    bool Await(Load& load, int64_t gap, const std::string& what) {
+        const int64_t from = load.Calls();
         const int64_t bound = Left();
-        if (driver.awaitCalls(from + gap, bound)) return true;
-        const std::optional<std::string> stall = driver.stall();
-        if (stall) {
-            ADD_FAILURE() << what << ": a call did not return: " << *stall;
+        if (load.AwaitCalls(from + gap, bound)) return true;
+        const std::string stall = load.Stall();
+        if (!stall.empty()) {
+            ADD_FAILURE() << what << ": a call did not return: " << stall;
         } else {
-            ADD_FAILURE() << what << ": " << driver.calls() - from << " of " << gap << " calls made, "
-                          << Expired(bound) << "; " << Situation();
+            ADD_FAILURE() << what << ": " << load.Calls() - from << " of " << gap << " calls made, " << Expired(bound)
+                          << "; " << Situation();
         }
         return false;
     }
 
-    bool Apply(StressDriver& driver, const FaultStep& step, int round) {
-        const std::string what = "round " + std::to_string(round) + ", waiting for calls before " +
-                                 (step.action == FaultStep::Action::kKill ? "killing " : "starting ") +
+    bool Apply(Load& load, const FaultStep& step, const std::string& round) {
+        const std::string what = round + ", waiting for calls before " + (step.kill ? "killing " : "starting ") +
                                  mmisim::FamilyName(step.family);
-        if (!Await(driver, step.afterCalls, what)) return false;
-        if (step.action == FaultStep::Action::kKill) {
-            handset().Kill(step.family);
-        } else {
-            handset().Start(step.family);
-        }
+        if (!Await(load, step.afterCalls, what)) return false;
+        step.kill ? handset().Kill(step.family) : handset().Start(step.family);
         return true;
     }
 
-    // Checks every answer of the round against what the library may answer; counts the calls and
-    // those that met a service that was down or dying.
-    void CheckAnswers(StressDriver& driver, const std::vector<Expectation>& expected, int round, int64_t& calls,
-                      int64_t& faultAnswers) {
-        for (size_t method = 0; method < expected.size(); ++method) {
-            for (const auto& [count, answer] : driver.drainAnswers(static_cast<int>(method))) {
-                calls += count;
-                if (answer != expected[method].served) faultAnswers += count;
-                if (!expected[method].allows(answer)) {
-                    std::string allowed = expected[method].served;
-                    for (const std::string& other : expected[method].others) allowed += " | " + other;
-                    ADD_FAILURE() << "round " << round << ": " << mmistress::kMethodNames[method] << " answered "
-                                  << answer << " (" << count << " times); allowed: " << allowed;
+    // The process's allocations after a Java collection, with the logs of ended threads freed.
+    int64_t Allocated() {
+        log().clear();
+        jclass system = mEnv->FindClass("java/lang/System");
+        for (int i = 0; i < 2; ++i) {
+            mEnv->CallStaticVoidMethod(system, mEnv->GetStaticMethodID(system, "gc", "()V"));
+            EXPECT_FALSE(mEnv->ExceptionCheck()) << "System.gc() threw";
+        }
+        mEnv->DeleteLocalRef(system);
+        malloc_trim(0);
+        const struct mallinfo2 info = mallinfo2();
+        return static_cast<int64_t>(info.uordblks + info.hblkhd);
+    }
+
+    static int64_t ResidentMegabytes() {
+        long pages = 0;
+        long resident = 0;
+        std::ifstream("/proc/self/statm") >> pages >> resident;
+        return static_cast<int64_t>(resident) * sysconf(_SC_PAGESIZE) >> 20;
+    }
+
+    // The application restarts, as its process dying and starting again: the library
+    // unloads, the service managers drop what it registered (they keep every HIDL
+    // registration otherwise: one per HIDL family connected, again after each death) and it
+    // loads again.
+    void RestartApplication() {
+        CallOnUnload(Jvm::Get().vm());
+        Settled("unloading");
+        hostcontrol::DropClientLinks();
+        hostcontrol::DropHidlClientRegistrations();
+        handset().ForgetClients();
+        EXPECT_EQ(CallOnLoad(Jvm::Get().vm()), 0x10004);
+        Settled("loading");
+    }
+
+    // Every method once on this thread, with every service up: each gives its service's own
+    // answer. Two states are kept by design: the panel library stays closed once the HIDL
+    // backend has shut down, and a fingerprint family whose session could not be created
+    // keeps its service without a session for good (its command takes the HIDL fallback).
+    void ExpectEveryFamilyConnected(NativeCalls& calls, bool panelOpen, bool fingerprintWithoutSession,
+                                    const std::string& when) {
+        for (size_t i = 0; i < NativeMethods().size(); ++i) {
+            const NativeMethod& m = NativeMethods()[i];
+            std::string want = Expected(m, handset().profile()).served;
+            if ((!m.family && !panelOpen) || (m.family == Family::kFingerprint && fingerprintWithoutSession)) {
+                want = m.fallback;
+            }
+            EXPECT_EQ(calls.Call(i), want) << when << ": " << m.java;
+        }
+        EXPECT_EQ(FailInfo(), "cap-info") << when;
+    }
+
+    // Each method that keeps memory by design, in the state where it keeps it (its family up,
+    // and down), keeps at most one small text or reference per call.
+    void ExpectKeptMemoryBounded(NativeCalls& calls) {
+        for (size_t i = 0; i < NativeMethods().size(); ++i) {
+            const NativeMethod& m = NativeMethods()[i];
+            if (!m.keeps || handset().profile()[*m.family].transport == Transport::kNone) continue;
+            for (bool down : {false, true}) {
+                if (down) {
+                    // Every handle of the generation is cleared once its exit has run.
+                    const bool aidl = handset().profile()[*m.family].transport == Transport::kAidl;
+                    const size_t mark = log().mark();
+                    handset().Kill(*m.family);
+                    EXPECT_TRUE(log().waitForMessage(mark, kInfo, aidl ? "ExitVibrator"_p : "ExitMmiManager by hidl"_p,
+                                                     kNoticeTimeout));
                 }
+                const int64_t before = Allocated();
+                for (int call = 0; call < kKeptCalls; ++call) calls.Call(i);
+                const double perCall = static_cast<double>(Allocated() - before) / kKeptCalls;
+                std::printf("[stress] %s keeps %.0f B per call with its service %s\n", m.java, perCall,
+                            down ? "down" : "up");
+                EXPECT_LE(perCall, kKeptPerCall) << m.java << (down ? " with its service down" : "");
+                if (down) handset().Start(*m.family);
+                Settled("a restarted family");
             }
         }
-    }
-
-    // Every method once, with every service up: each must give its service's own answer.
-    // Two states are kept by design: the panel library stays closed after the first HIDL
-    // death, and a fingerprint family whose session could not be created keeps its
-    // IFingerprint handle without a session for good, so its command
-    // takes the HIDL path's fallback from then on.
-    void ExpectEveryFamilyConnected(StressDriver& driver, const std::vector<Expectation>& expected, bool panelOpen,
-                                    bool fingerprintWithoutSession, const std::string& when) {
-        for (size_t method = 0; method < expected.size(); ++method) {
-            const int index = static_cast<int>(method);
-            std::string want = mmistress::IsPanelMethod(index) && !panelOpen ? mmistress::PanelFallback(index)
-                                                                             : expected[method].served;
-            if (index == mmistress::kSendCmdToFingerprintHal && fingerprintWithoutSession) want = "-1";
-            EXPECT_EQ(driver.callOnce(index), want) << when << ": " << mmistress::kMethodNames[method];
-        }
-        EXPECT_EQ(CapacitanceFailInfo(), mmistress::kCapacitanceFailInfo) << when;
-    }
-
-    std::string CapacitanceFailInfo() {
-        jclass clazz = mEnv->FindClass("com/corvex/mmitest/controller/MmiNativeManager");
-        jfieldID field = mEnv->GetStaticFieldID(clazz, "sTpCapacitanceFailInfo", "Ljava/lang/String;");
-        auto value = static_cast<jstring>(mEnv->GetStaticObjectField(clazz, field));
-        mEnv->DeleteLocalRef(clazz);
-        if (value == nullptr) return "null";
-        const char* chars = mEnv->GetStringUTFChars(value, nullptr);
-        std::string text(chars);
-        mEnv->ReleaseStringUTFChars(value, chars);
-        mEnv->DeleteLocalRef(value);
-        return text;
-    }
-
-    // What the service manager keeps per registration the library makes when its HIDL
-    // families connect: the same registrations (one per family served over HIDL, the
-    // fingerprint family's for the touch screen) made again by a listener of the test's.
-    double PriceRegistrations(const DeviceProfile& profile) {
-        namespace hw = vendor::zentel::hardware;
-        auto hidl = [&profile](Family family) { return profile[family].transport == Transport::kHidl; };
-        android::sp<IgnoringListener> listener = new IgnoringListener();
-        const Memory before = Measure();
-        int64_t registrations = 0;
-        for (int i = 0; i < kPricingReconnections; ++i) {
-            auto add = [&registrations](bool ok) { registrations += ok ? 1 : 0; };
-            if (hidl(Family::kFactory)) {
-                add(hw::hwfactoryinterface::V1_0::IHwFactoryInterface::registerForNotifications("", listener));
-            }
-            if (hidl(Family::kDisplay)) add(hw::hwdisplay::V1_0::IDisplay::registerForNotifications("", listener));
-            if (hidl(Family::kTouchScreen)) add(hw::tp::V1_0::ITouchscreen::registerForNotifications("", listener));
-            if (hidl(Family::kFingerprint)) add(hw::tp::V1_0::ITouchscreen::registerForNotifications("", listener));
-            if (hidl(Family::kSensors) && profile[Family::kSensors].sensorsV1) {
-                add(hw::sensors::V1_0::ISensors::registerForNotifications("", listener));
-            }
-            if (hidl(Family::kPower)) add(hw::power::V1_0::IHWPower::registerForNotifications("", listener));
-            if (hidl(Family::kLight)) add(hw::light::V2_0::ILight::registerForNotifications("", listener));
-            if (hidl(Family::kSensors) && profile[Family::kSensors].sensorsV2) {
-                add(hw::sensors::V2_0::ISensors::registerForNotifications("", listener));
-            }
-        }
-        EXPECT_TRUE(NoticesDelivered());
-        const Memory after = Measure();
-        return registrations == 0 ? 0 : static_cast<double>(after.mallocInUse - before.mallocInUse) / registrations;
-    }
-
-    // Kills the factory service, prices what SetNmCardTestMode keeps without it, and brings
-    // it back.
-    double PriceNmCard(StressDriver& driver, const DeviceProfile& profile) {
-        const bool aidl = profile[Family::kFactory].transport == Transport::kAidl;
-        Mark();
-        handset().Kill(Family::kFactory);
-        // Every handle of the generation is cleared once its exit routine has run.
-        EXPECT_TRUE(aidl ? WaitFor(kInfo, Prefixed("ExitVibrator"))
-                         : WaitFor(kInfo, Prefixed("ExitMmiManager by hidl")));
-        const double price = Price(driver, mmistress::kSetMockCardTestMode);
-        handset().Start(Family::kFactory);
-        EXPECT_TRUE(NoticesDelivered());
-        return price;
     }
 
     void Run(const DeviceProfile& profile, uint32_t handsetIndex) {
-        const Settings settings = SettingsFor(handsetIndex);
-        mRunSeconds = static_cast<int64_t>(settings.seconds * MMI_STRESS_TIME_FACTOR);
+        const double seconds = EnvNumber("MMI_STRESS_SECONDS", 4);
+        const int threads = std::max(8, static_cast<int>(EnvNumber("MMI_STRESS_THREADS", 8)));
+        const uint32_t seed = static_cast<uint32_t>(EnvNumber("MMI_STRESS_SEED", 20240501)) + handsetIndex;
+        const int rounds = std::max(5, static_cast<int>(seconds / 2));  // the first is not measured
+        mRunSeconds = static_cast<int64_t>(seconds * MMI_STRESS_TIME_FACTOR);
         mDeadline = Clock::now() + std::chrono::seconds(mRunSeconds);
         log().keepAtMost(kKeptLinesPerThread);
         Boot(profile);
-        mmistress::ScriptAnswers(handset(), profile);
-
-        StressDriver driver(mEnv, mManager, settings.threads, settings.seed);
-        ASSERT_TRUE(driver.ok());
-        ASSERT_EQ(driver.methods(), mmistress::kMethodNames) << "the driver and the test list other methods";
-
-        // What the library's detector makes of the scripted light, asked once before the load.
-        int hidlFlicker = 0;
-        if (profile[Family::kSensors].transport == Transport::kHidl) {
-            hidlFlicker = Int("getFlickerFrequencyNative", "(I)I", mmistress::kFlickerSensorId);
-            EXPECT_NEAR(hidlFlicker, mmistress::kFlickerLightHz, 1);
-        }
-        const std::vector<Expectation> expected = mmistress::ExpectedAnswers(profile, hidlFlicker);
+        ScriptAnswers(handset(), profile);
+        handset().factory().update([](mmisim::FactoryAnswers& a) { a.keepReceivedRecords = false; });
+        for (Family family : mmisim::kAllFamilies) handset().visit(family, [](auto& state) { state.setRecordCalls(false); });
+        const bool hidlFamilies = std::any_of(profile.families.begin(), profile.families.end(),
+                                              [](const mmisim::FamilyConfig& f) { return f.transport == Transport::kHidl; });
+        NativeCalls calls(mEnv, mManager);
         // The panel library is on the loader's path when the test runs under CTest.
-        const bool panelPresent = driver.callOnce(mmistress::kGetVideoInterpolationDefaultModel) != "-1";
-        if (!panelPresent) std::printf("[stress] the panel library is not on the loader's path\n");
-        ExpectEveryFamilyConnected(driver, expected, panelPresent, false, "before the load");
+        const bool panelPresent = calls.Call(static_cast<size_t>(&MethodNamed("getVideoInterpolationDefaultModelNative") -
+                                                                 NativeMethods().data())) != "-1";
+        ExpectEveryFamilyConnected(calls, panelPresent, false, "before the load");
 
-        LineCounts counts;
-        log().setObserver([&counts](const mmisim::LogEntry& entry) { counts.count(entry); });
+        std::atomic<int64_t> aidlDeaths{0}, hidlDeaths{0}, fingerprintWithoutSession{0};
+        log().setObserver([&](const mmisim::LogEntry& entry) {
+            aidlDeaths += entry.message == "ServiceDied, remote hal service died";
+            hidlDeaths += entry.message.rfind("ZtMmiTest_jni: ProcessServiceDied", 0) == 0;
+            fingerprintWithoutSession += entry.message == "ZtMmiTest_jni: g_aidlFingerprintSession is null";
+        });
         log().keepNone();
-        FaultSchedule schedule(profile, settings.seed, kMinGap, kMaxGap);
-        const auto roundTime = std::chrono::duration_cast<Clock::duration>(
-                std::chrono::duration<double>(settings.seconds / settings.rounds));
+        FaultSchedule schedule(profile, seed);
+        const auto roundTime = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds / rounds));
+        std::vector<Expectation> expected;
+        for (const NativeMethod& m : NativeMethods()) expected.push_back(Expected(m, profile));
 
-        std::vector<Memory> memory;
-        std::vector<Kept> kept;
-        std::vector<int> deathsSoFar;
-        int64_t calls = 0;
+        std::vector<int64_t> allocated;
+        std::vector<int> deaths;
+        int64_t callsMade = 0;
         int64_t faultAnswers = 0;
-        const Clock::time_point started = Clock::now();
-        driver.start(kCallBoundMillis);
-        for (int round = 0; round < settings.rounds && !HasFailure(); ++round) {
-            driver.resume();
-            const Clock::time_point roundEnd = Clock::now() + roundTime;
-            bool running = true;
-            const std::string name = "round " + std::to_string(round);
-            while (running && Clock::now() < roundEnd) running = Apply(driver, schedule.next(), round);
-            for (const FaultStep& step : schedule.windDown()) running = running && Apply(driver, step, round);
-            // Every service is up: the library finishes its recoveries under the load, and
-            // the round closes with every service dying and coming back at once.
-            running = running && Await(driver, kTailCalls, name + ", waiting for calls with every service up");
-            running = running && Settled(name + ", every service up");
-            for (const FaultStep& step : schedule.closing()) running = running && Apply(driver, step, round);
-            running = running && Await(driver, kTailCalls, name + ", waiting for calls after the closing restarts");
-            // Pausing gets a little time even when the run's is up, so that the failure
-            // reported is the one that used it up.
-            if (!driver.pause(std::max<int64_t>(Left(), kPauseMillis))) {
-                const std::optional<std::string> stall = driver.stall();
-                FAIL() << name << ": the Java threads did not pause: " << (stall ? *stall : "a call is still running");
+        {
+            Load load(mManager, threads, seed);
+            for (int round = 0; round < rounds && !HasFailure(); ++round) {
+                const std::string name = "round " + std::to_string(round);
+                load.Resume(round == 0);
+                const Clock::time_point roundEnd = Clock::now() + roundTime;
+                bool running = true;
+                while (running && Clock::now() < roundEnd) running = Apply(load, schedule.Next(), name);
+                for (const FaultStep& step : schedule.WindDown()) running = running && Apply(load, step, name);
+                // Every service is up: the recoveries finish under the load, then the round
+                // closes with every service dying and coming back at once.
+                running = running && Await(load, kTailCalls, name + ", waiting for calls with every service up");
+                running = running && Settled(name + ", every service up");
+                for (const FaultStep& step : schedule.Closing()) running = running && Apply(load, step, name);
+                running = running && Await(load, kTailCalls, name + ", waiting for calls after the closing restarts");
+                // Pausing gets a little time even when the run's is up, so that the failure
+                // reported is the one that used it up.
+                if (!load.Pause(std::max<int64_t>(Left(), kPauseMillis))) {
+                    const std::string stall = load.Stall();
+                    FAIL() << name << ": the threads did not pause: " << (stall.empty() ? "a call is still running" : stall);
+                }
+                if (!running || !Settled(name + ", load paused")) break;
+                const Answers answers = load.Drain();
+                for (size_t m = 0; m < answers.size(); ++m) {
+                    for (const auto& [answer, count] : answers[m]) {
+                        callsMade += count;
+                        if (answer != expected[m].served) faultAnswers += count;
+                        if (answer != expected[m].served && expected[m].others.count(answer) == 0) {
+                            std::string allowed = expected[m].served;
+                            for (const std::string& other : expected[m].others) allowed += " | " + other;
+                            ADD_FAILURE() << name << ": " << NativeMethods()[m].java << " answered " << answer << " ("
+                                          << count << " times); allowed: " << allowed;
+                        }
+                    }
+                }
+                if (hidlFamilies) RestartApplication();
+                ExpectEveryFamilyConnected(calls, panelPresent && hidlDeaths == 0 && !hidlFamilies,
+                                           fingerprintWithoutSession > 0 && !hidlFamilies, "after " + name);
+                allocated.push_back(kMemoryMeasured ? Allocated() : ResidentMegabytes());
+                deaths.push_back(schedule.deaths);
             }
-            if (!running) break;
-            if (!Settled(name + ", load paused")) break;
-            CheckAnswers(driver, expected, round, calls, faultAnswers);
-            ExpectEveryFamilyConnected(driver, expected, panelPresent && counts.hidlDeathNotices == 0,
-                                       counts.fingerprintWithoutSession > 0, "after " + name);
-            if (kMemoryMeasured) {
-                memory.push_back(Measure());
-            } else {
-                memory.push_back(Memory{0, Resident(), 0, 0});
-            }
-            kept.push_back(Kept::Of(counts));
-            deathsSoFar.push_back(schedule.aidlDeaths() + schedule.hidlDeaths());
-        }
-        const double seconds = std::chrono::duration<double>(Clock::now() - started).count();
-        // The Java threads stay (paused) until the end: a thread that ends frees its log of
-        // lines, which the pricing below must not count.
-        struct StopAtEnd {
-            StressDriver& driver;
-            int64_t millis;
-            ~StopAtEnd() { EXPECT_TRUE(driver.stop(millis)); }
-        } stopAtEnd{driver, std::max<int64_t>(Left(), kPauseMillis)};
-        for (const std::string& failure : driver.failures()) ADD_FAILURE() << failure;
+        }  // the threads end here, after the measurements: an ended thread frees its log
         if (HasFailure()) return;
-
-        const int deaths = schedule.aidlDeaths() + schedule.hidlDeaths();
-        std::printf("[stress] %s handset: %d Java threads, %d rounds, %.1f s (the run may take %lld s), %lld calls, %d "
-                    "service deaths (%d AIDL, %d HIDL; the library saw %lld AIDL and %lld HIDL death notices), %lld "
-                    "calls met a service that was down or dying\n",
-                    profile.name.c_str(), settings.threads, static_cast<int>(kept.size()), seconds,
-                    static_cast<long long>(mRunSeconds),
-                    static_cast<long long>(calls), deaths, schedule.aidlDeaths(), schedule.hidlDeaths(),
-                    static_cast<long long>(counts.aidlDeathNotices.load()),
-                    static_cast<long long>(counts.hidlDeathNotices.load()), static_cast<long long>(faultAnswers));
-        if (counts.fingerprintWithoutSession > 0) {
-            std::printf("[stress] %s handset: %lld times the fingerprint service died between its lookup and the "
-                        "session's creation; the family has kept its IFingerprint handle without a session since "
-                        "(kept so by design)\n",
-                        profile.name.c_str(), static_cast<long long>(counts.fingerprintWithoutSession.load()));
-        }
-        std::fflush(stdout);
-        EXPECT_GT(deaths, 0);
+        std::printf("[stress] %s handset: %d threads, %zu rounds, %lld calls, %d service deaths (the library saw %lld "
+                    "AIDL and %lld HIDL death notices), %lld calls met a service that was down or dying\n",
+                    profile.name.c_str(), threads, allocated.size(), static_cast<long long>(callsMade), schedule.deaths,
+                    static_cast<long long>(aidlDeaths.load()), static_cast<long long>(hidlDeaths.load()),
+                    static_cast<long long>(faultAnswers));
+        EXPECT_GT(schedule.deaths, 0);
         EXPECT_GT(faultAnswers, 0) << "no call met a service that was down or dying";
         EXPECT_FALSE(HasJniWarning(Jvm::Get().Output())) << Jvm::Get().Output();
+        std::string perRound;
+        for (int64_t value : allocated) perRound += " " + std::to_string(value);
         if (!kMemoryMeasured) {
-            std::string resident;
-            for (const Memory& m : memory) resident += " " + std::to_string(m.rss >> 20);
             std::printf("[stress] %s handset: resident size after each round (MB):%s; allocations not measured (a "
-                        "sanitizer's allocator replaces malloc)\n",
-                        profile.name.c_str(), resident.c_str());
+                        "sanitizer's allocator replaces malloc)\n", profile.name.c_str(), perRound.c_str());
             return;
         }
-
-        // What each kept item costs, measured with the load stopped (and lines kept again, for
-        // the waits on a line).
+        const double growth = static_cast<double>(allocated.back() - allocated.front());
+        const double limit = kGrowthBase + kGrowthPerDeath * (deaths.back() - deaths.front());
+        std::printf("[stress] %s handset: allocations after each round (B):%s; growth over rounds 2-%zu %+.1f KB "
+                    "(limit %.1f KB)\n", profile.name.c_str(), perRound.c_str(), allocated.size(), growth / 1024,
+                    limit / 1024);
+        EXPECT_LE(growth, limit) << "memory grew from round to round";
         log().keepAtMost(kKeptLinesPerThread);
-        const bool camera = profile[Family::kVaelon].transport == Transport::kAidl;
-        const bool vibrator = profile[Family::kVibrator].transport == Transport::kAidl;
-        Prices prices;
-        if (vibrator) prices.vibratorSet = Price(driver, mmistress::kSetVibratorParameter);
-        if (vibrator) prices.vibratorGet = Price(driver, mmistress::kGetVibratorCalibrateResult);
-        if (camera) prices.globalRef = Price(driver, mmistress::kRegisterClient);
-        prices.nmCard = PriceNmCard(driver, profile);
-        prices.registration = PriceRegistrations(profile);
-
-        const Kept measured = kept.back() - kept.front();
-        const double growth = static_cast<double>(memory.back().mallocInUse - memory.front().mallocInUse);
-        const double deliberate = prices.explained(measured);
-        const double unexplained = growth - deliberate;
-        const double limit = kUnexplainedGrowthBase +
-                             kUnexplainedGrowthPerDeath * static_cast<double>(deathsSoFar.back() - deathsSoFar.front());
-        auto kilobytes = [](int64_t bytes) { return Kilobytes(static_cast<double>(bytes)); };
-        std::printf("[stress] %s handset: memory over rounds 2-%d: malloc %s, RSS %s (Java heap committed %s), Java "
-                    "heap used %s; deliberate leaks %s (vibrator commands kept %lld x %.0f B + %lld x %.0f B, "
-                    "NM-card modes kept %lld x %.0f B, RegisterClient global references %lld x %.1f B, notification "
-                    "registrations kept by the service manager %lld x %.0f B); unexplained %s (limit %s)\n",
-                    profile.name.c_str(), static_cast<int>(memory.size()), Kilobytes(growth).c_str(),
-                    kilobytes(memory.back().rss - memory.front().rss).c_str(),
-                    kilobytes(memory.back().javaHeapCommitted - memory.front().javaHeapCommitted).c_str(),
-                    kilobytes(memory.back().javaHeap - memory.front().javaHeap).c_str(), Kilobytes(deliberate).c_str(),
-                    static_cast<long long>(measured.vibratorSet), prices.vibratorSet,
-                    static_cast<long long>(measured.vibratorGet), prices.vibratorGet,
-                    static_cast<long long>(measured.nmCard), prices.nmCard, static_cast<long long>(measured.globalRefs),
-                    prices.globalRef, static_cast<long long>(measured.hidlRegistrations), prices.registration,
-                    Kilobytes(unexplained).c_str(), Kilobytes(limit).c_str());
-        for (size_t i = 0; i < memory.size(); ++i) {
-            const double roundGrowth =
-                    i == 0 ? 0.0 : static_cast<double>(memory[i].mallocInUse - memory[i - 1].mallocInUse);
-            const double roundUnexplained = i == 0 ? 0.0 : roundGrowth - prices.explained(kept[i] - kept[i - 1]);
-            std::printf("[stress]   after round %zu: malloc %lld B, RSS %lld B, Java heap %lld B, kept so far: %lld "
-                        "vibrator, %lld NM-card, %lld global references, %lld registrations; unexplained this round "
-                        "%s\n",
-                        i + 1, static_cast<long long>(memory[i].mallocInUse), static_cast<long long>(memory[i].rss),
-                        static_cast<long long>(memory[i].javaHeap),
-                        static_cast<long long>(kept[i].vibratorSet + kept[i].vibratorGet),
-                        static_cast<long long>(kept[i].nmCard), static_cast<long long>(kept[i].globalRefs),
-                        static_cast<long long>(kept[i].hidlRegistrations), Kilobytes(roundUnexplained).c_str());
-        }
+        log().setObserver({});
+        ExpectKeptMemoryBounded(calls);
         std::fflush(stdout);
-        EXPECT_LE(unexplained, limit) << "memory grew beyond the deliberate leaks";
     }
 
     Clock::time_point mDeadline;
@@ -608,7 +571,18 @@ TEST_F(StressTest, AidlHandset) { Run(DeviceProfile::AllAidl(), 0); }
 
 TEST_F(StressTest, HidlHandset) { Run(DeviceProfile::AllHidl(), 1); }
 
-TEST_F(StressTest, MixedHandset) { Run(mmistress::MixedProfile(), 2); }
+// A handset in transition: factory, fingerprint, power, camera and vibrator over AIDL;
+// display (1.4), touch screen, sensors (1.1 and 2.0) and light over HIDL.
+TEST_F(StressTest, MixedHandset) {
+    DeviceProfile profile = DeviceProfile::AllAidl();
+    profile.name = "mixed";
+    for (Family family : {Family::kDisplay, Family::kTouchScreen, Family::kSensors, Family::kLight}) {
+        profile[family].transport = Transport::kHidl;
+    }
+    profile[Family::kDisplay].hidlMinor = 4;
+    profile[Family::kSensors].hidlMinor = 1;
+    Run(profile, 2);
+}
 
 }  // namespace
 }  // namespace mmitest
