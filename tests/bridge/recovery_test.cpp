@@ -3,20 +3,19 @@
 // service registers anew.
 #include <binder/IServiceManager.h>
 #include <hostcontrol/binder_control.h>
+#include <hostcontrol/hidl_control.h>
 #include <vendor/zentel/hardware/light/2.0/ILight.h>
 
 #include <algorithm>
 #include <condition_variable>
+#include <functional>
+#include <map>
 #include <mutex>
 #include <thread>
 
-#include <hostcontrol/binder_control.h>
-#include <hostcontrol/hidl_control.h>
-
-#include <functional>
-
 #include "jvm.h"
 #include "mmi_fixture.h"
+#include "native_methods.h"
 
 namespace mmitest {
 namespace {
@@ -201,26 +200,15 @@ INSTANTIATE_TEST_SUITE_P(Cookies, HidlRecoveryTest,
 // even getExtension.
 class RepeatedDeathTest : public BackendTest {
 protected:
-    bool Aidl() const { return aidl(); }
-
-    // Whether each family answered from its service through the library.
-    std::vector<std::pair<Family, bool>> Served() {
-        EXPECT_EQ(mEnv->PushLocalFrame(16), 0);
-        std::vector<std::pair<Family, bool>> served = {
-                {Family::kFactory, Str("getBsnNative", "()Ljava/lang/String;") == "ZT26A0012345"},
-                {Family::kDisplay, Str("getScreenCurrentFpsNative", "()Ljava/lang/String;") == "60"},
-                {Family::kTouchScreen, Int("setTouchScreenFeatureConfigNative", "(ILjava/lang/String;)I", 1, J("x")) == 0},
-                {Family::kFingerprint, Int("sendCmdToFingerprintHalNative", "(I)I", 1) == 0},
-                {Family::kSensors, Int("getCompassRawValueLimitNative", "()I") == 1200},
-                {Family::kPower, Int("setPowerStateNative", "(Ljava/lang/String;Ljava/lang/String;)I", J("s"), J("1")) == 0},
-                {Family::kLight, Int("setLightBrightnessNative", "(II)I", 2, 100) == 0}};
-        if (Aidl()) {
-            served.emplace_back(Family::kVaelon, Int("getVaelonOvertimeNative", "(I)I", 1) == 30);
-            served.emplace_back(Family::kVibrator,
-                                Str("getVibratorCalibrateResultNative", "(Ljava/lang/String;)Ljava/lang/String;",
-                                    J("f0")) == "ok");
+    // Whether every method of each served family gave its service's answer (the table's).
+    std::map<Family, bool> Served(NativeCalls& calls) {
+        std::map<Family, bool> served;
+        for (size_t i = 0; i < NativeMethods().size(); ++i) {
+            const NativeMethod& m = NativeMethods()[i];
+            if (!m.family || handset().profile()[*m.family].transport != GetParam()) continue;
+            const bool answered = calls.Call(i) == (!aidl() && m.hidlServed ? m.hidlServed : m.served);
+            served[*m.family] = served.emplace(*m.family, true).first->second && answered;
         }
-        mEnv->PopLocalFrame(nullptr);
         return served;
     }
 
@@ -238,7 +226,7 @@ protected:
             EXPECT_EQ(extension, nullptr);
         }
         // Over AIDL the recovery then waits for the service; over HIDL the handles are dropped.
-        EXPECT_TRUE(Aidl() ? hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(family), 1, kNoticeTimeout)
+        EXPECT_TRUE(aidl() ? hostcontrol::WaitForWaiters(mmisim::Handset::AidlServiceName(family), 1, kNoticeTimeout)
                            : NoticesDelivered())
                 << mmisim::FamilyName(family);
     }
@@ -247,6 +235,8 @@ protected:
 TEST_P(RepeatedDeathTest, EveryFamilyDiesAndComesBackTwentyTimes) {
     const DeviceProfile profile = EveryFamilyOver(GetParam());
     Boot(profile);
+    ScriptAnswers(handset(), profile);
+    NativeCalls calls(mEnv, mManager);
     for (int round = 0; round < 20 && !HasFailure(); ++round) {
         for (Family family : mmisim::kAllFamilies) {
             if (profile[family].transport == mmisim::Transport::kNone) continue;
@@ -256,8 +246,8 @@ TEST_P(RepeatedDeathTest, EveryFamilyDiesAndComesBackTwentyTimes) {
             // Over HIDL the fingerprint family listens for touch-screen registrations: a
             // fingerprint service coming back alone reconnects nothing, the next family's
             // return reconnects everything.
-            const bool reconnected = Aidl() || family != Family::kFingerprint;
-            for (const auto& [answered, fromService] : Served()) {
+            const bool reconnected = aidl() || family != Family::kFingerprint;
+            for (const auto& [answered, fromService] : Served(calls)) {
                 EXPECT_EQ(fromService, reconnected) << "round " << round << ", after " << mmisim::FamilyName(family)
                                                     << " came back: " << mmisim::FamilyName(answered);
             }

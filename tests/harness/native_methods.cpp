@@ -35,47 +35,38 @@ const char* const kCalibrateFailed = "Capacitance Calibrate Failed";
 std::vector<NativeMethod> Table() {
     return {
             {"isFactoryVersionNative", "()Z", "IsFactoryVersion", kFactory, "", "true", "false", "false", "false", false,
-             {"IsFactoryVersion by aidl: 1"_p, "> isFactoryVersion()"},
-             {"IsFactoryVersion by hidl: 1"_p, "> isFactoryVersion()"}},
+             {"IsFactoryVersion by aidl: 1"_p, "> isFactoryVersion()"}, {"="}},
             {"getManufactureFileNameNative", "()Ljava/lang/String;", "GetManufactureFileName", kFactory, "", "mfn.xml",
              "", "", "", true, {"GetManufactureFileName by aidl, ret: 0, fileName: mfn.xml"_p, "> getManufactureFileName()"},
-             {"GetManufactureFileName by hidl, ret: 0, fileName: mfn.xml"_p, "> getManufactureFileName()"}},
+             {"="}},
             {"releaseFactoryHidlResourceNative", "()I", "ReleaseFactoryHidlResource", kFactory, "", "37", "-1", "-1",
-             "-1", false, {"ReleaseFactoryHidlResource by aidl, result: 37"_p, "> releaseFactoryResource()"},
-             {"ReleaseFactoryHidlResource by hidl, result: 37"_p, "> releaseFactoryResource()"}},
+             "-1", false, {"ReleaseFactoryHidlResource by aidl, result: 37"_p, "> releaseFactoryResource()"}, {"="}},
             {"setMmiResultNative", "(II)I", "SetMmiTestResult", kFactory, "7,1", "41", "-1", "-1", "-1", false,
-             {"SetMmiTestResult by aidl ret = 41"_p, "> setMmiTestResult(7,1)"},
-             {"SetMmiTestResult by hidl ret = 41"_p, "> setMmiTestResult(7,1)"}},
+             {"SetMmiTestResult by aidl ret = 41"_p, "> setMmiTestResult(7,1)"}, {"="}},
             {"sendCmdToFingerprintHalNative", "(I)I", "SendCmdToFingerprintHal", kFingerprint, "12", "73", "-1", "-1",
-             "-1", false, {"SetCmdToFingerprintHal by aidl, cmd = 12 ret = 73"_p, "> sendCmdToHal(12)"},
-             {"SetCmdToFingerprintHal by hidl, cmd = 12 ret = 73"_p, "> sendCmdToHal(12)"},
+             "-1", false, {"SetCmdToFingerprintHal by aidl, cmd = 12 ret = 73"_p, "> sendCmdToHal(12)"}, {"="},
              {{"!SetCmdToFingerprintHal by hidl fail, g_hwFingerprint is null"_p}}},
             // A failed AIDL transaction leaves the fresh record's status 0.
             {"getCapacitanceTestResultNative", "()I", "GetCapacitanceTestResult", kTouch, "", "3", "-1", "0", "-1", true,
-             {"GetCapacitanceTestResult by aidl, ret: 3, info: cap-info"_p, "> getCapacitanceTestResult()"},
-             {"GetCapacitanceTestResult by hidl, ret: 3, info: cap-info"_p, "> getCapacitanceTestResult()"}},
+             {"GetCapacitanceTestResult by aidl, ret: 3, info: cap-info"_p, "> getCapacitanceTestResult()"}, {"="}},
             {"getCapacitanceCalibrateResultNative", "(I)Ljava/lang/String;", "GetCapacitanceCalibrateResult", kTouch, "5",
              "cal-1", kCalibrateFailed, "", kCalibrateFailed, true,
              {"GetCapacitanceCalibrateResult by aidl, ret: 0, info: cal-1"_p, "> getCapacitanceCalibrateResult(5)"},
-             {"GetCapacitanceCalibrateResult by hidl, ret: 0, info: cal-1"_p, "> getCapacitanceCalibrateResult(5)"}},
+             {"="}},
             {"getSensorCalibrateDelayTimeNative", "(I)I", "GetSensorCalibrateDelayTime", kSensors, "2", "3001", "-1",
              "-1", "-1", false,
              {"GetSensorCalibrateDelayTime by aidl, g_aidlSensors sensorId: 2, delayTime: 3001"_p,
-              "> getCalibrateDelayTime(2)"},
-             {"GetSensorCalibrateDelayTime by hidl, g_hwSensors sensorId: 2, delayTime: 3001"_p,
-              "> getCalibrateDelayTime(2)"}},
+              "> getCalibrateDelayTime(2)"}, {"="}},
             {"getSensorSelfTestDelayTimeNative", "(I)I", "GetSensorSelfTestDelayTime", kSensors, "3", "2003", "-1", "-1",
              "-1", false,
              {"GetSensorSelfTestDelayTime by aidl, g_aidlSensors sensorId: 3, delayTime: 2003"_p,
-              "> getSelfTestDelayTime(3)"},
-             {"GetSensorSelfTestDelayTime by hidl, g_hwSensors sensorId: 3, delayTime: 2003"_p,
-              "> getSelfTestDelayTime(3)"}},
+              "> getSelfTestDelayTime(3)"}, {"="}},
             {"startSensorCalibrateNative", "(II)I", "StartSensorCalibrate", kSensors, "2,1", "79", "-1", "-1", "-1", false,
              {"StartSensorCalibrate by aidl, g_aidlSensors sensorId: 2, command: 1, result: 79"_p, "> startCalibrate(2,1)"},
-             {"StartSensorCalibrate by hidl, g_hwSensors sensorId: 2, command: 1, result: 79"_p, "> startCalibrate(2,1)"}},
+             {"="}},
             {"startSensorSelfTestNative", "(II)I", "StartSensorSelfTest", kSensors, "3,4", "83", "-1", "-1", "-1", false,
              {"StartSensorSelfTest by aidl, g_aidlSensors sensorId: 3, command: 4, result: 83"_p, "> startSelfTest(3,4)"},
-             {"StartSensorSelfTest by hidl, g_hwSensors sensorId: 3, command: 4, result: 83"_p, "> startSelfTest(3,4)"},
+             {"="},
              {{"!StartSensorSelfTest fail by hidl, g_hwSensors and g_zentelSensors are null"_p}}},
             // Over HIDL this line ends in a newline.
             {"getSensorCalibrateResultNative", "(I)I", "GetSensorCalibrateResult", kSensors, "2", "89", "-1", "-1", "-1",
@@ -83,10 +74,10 @@ std::vector<NativeMethod> Table() {
              {"GetSensorCalibrateResult by hidl, g_hwSensors sensorId: 2, result: 89\n"_p, "> getCalibrateResult(2)"}},
             {"getSensorSelfTestResultNative", "(I)I", "GetSensorSelfTestResult", kSensors, "3", "97", "-1", "-1", "-1",
              false, {"GetSensorSelfTestResult by aidl, g_aidlSensors sensorId: 3, result: 97"_p, "> getSelfTestResult(3)"},
-             {"GetSensorSelfTestResult by hidl, g_hwSensors sensorId: 3, result: 97"_p, "> getSelfTestResult(3)"}},
+             {"="}},
             {"setLightBrightnessNative", "(II)I", "SetLightBrightness", kLight, "2,128", "61", "-1", "-1", "-1", false,
              {"SetLightBrightness by aidl, Id: 2, brightness: 128, result: 61"_p, "> setLightBrightness(2,128)"},
-             {"SetLightBrightness by hidl, Id: 2, brightness: 128, result: 61"_p, "> setLightBrightness(2,128)"}},
+             {"="}},
             // Item 0 of the device information, whatever its status; only AIDL logs it.
             {"getBsnNative", "()Ljava/lang/String;", "GetBsn", kFactory, "", "BSN-1", "", "", "", true,
              {"GetBsn by aidl, ret: 4, deviceInfo: BSN-1"_p, "> getDeviceInfo(0)"},
@@ -104,7 +95,7 @@ std::vector<NativeMethod> Table() {
             {"getSensorCalibrateTypeNative", "(I)Ljava/lang/String;", "GetSensorCalibrateType", kSensors, "2", "calib-1",
              "", "", "", true,
              {"GetSensorCalibrateType by aidl, resultCode: -4, calibType: calib-1"_p, "> getCalibrateType(2,1024)"},
-             {"GetSensorCalibrateType by hidl, resultCode: -4, calibType: calib-1"_p, "> getCalibrateType(2,1024)"},
+             {"="},
              std::nullopt, "!GetSensorCalibrateType by aidl fail, g_aidlSensors are null"_p},
             // The serial numbers of the reports are sent, never logged.
             {"sendBigDataOperationNative", "(Lcom/corvex/mmitest/model/BigDataOperation;)I", "SendBigDataOperation",
@@ -137,32 +128,27 @@ std::vector<NativeMethod> Table() {
              std::nullopt, "", {"scene"}, "107"},
             {"getMmiAutoStartFlagNative", "()Ljava/lang/String;", "GetMmiAutoStartFlag", kFactory, "", "autostart-1", "",
              "", "Error", true, {"GetMmiAutoStartFlag by aidl, ret: 0, flag: autostart-1"_p, "> getDeviceInfo(5)"},
-             {"GetMmiAutoStartFlag by hidl, ret: 0, flag: autostart-1"_p, "> getDeviceInfo(5)"}},
+             {"="}},
             {"disableMmiAutoStartNative", "(Ljava/lang/String;)I", "SetMmiAutoStartFlag", kFactory, "'0'", "17", "-1",
              "-1", "-1", false, {"SetMmiAutoStartFlag by aidl, result: 17"_p, "> setDeviceInfo(5,0)"},
-             {"SetMmiAutoStartFlag by hidl, result: 17"_p, "> setDeviceInfo(5,0)"}, std::nullopt, "", {"flag"}},
+             {"="}, std::nullopt, "", {"flag"}},
             // Both HIDL handles were tried; the line names only the first.
             {"getCompassRawValueLimitNative", "()I", "GetCompassRawValueLimit", kSensors, "", "1201", "-1", "-1", "-1",
              false, {"GetCompassRawValueLimit by aidl, g_aidlSensors result: 1201"_p, "> getCompassRawValueLimit()"},
-             {"GetCompassRawValueLimit by hidl, g_hwSensors result: 1201"_p, "> getCompassRawValueLimit()"},
+             {"="},
              {{"!GetCompassRawValueLimit by hidl fail, g_hwSensors is null"_p}}},
             {"getManufactureStationFlagNative", "(I)Ljava/lang/String;", "GetManufactureStationFlag", kFactory, "3",
              "station-3", "", "", "", true,
              {"GetManufactureStationFlag by aidl, station id: 3, result: 7, stationFlag: station-3"_p,
-              "> getManufactureStationFlag(3)"},
-             {"GetManufactureStationFlag by hidl, station id: 3, result: 7, stationFlag: station-3"_p,
-              "> getManufactureStationFlag(3)"}},
+              "> getManufactureStationFlag(3)"}, {"="}},
             // Command 143: the station and the cycle, two characters each, in a record of 64.
             {"setTestCycleNative", "(II)I", "SetTestCycle", kFactory, "3,7", "43", "-1", "-1", "-1", false,
              {"SetTestCycle by aidl, stationID: 3, cycle: 7"_p, "SetTestCycle by aidl, qrcodeInfo: 0307"_p,
-              "SetTestCycle by aidl, result: 43"_p, "> setCommandData(143,64,0307)"},
-             {"SetTestCycle by hidl, stationID: 3, cycle: 7"_p, "SetTestCycle by hidl, qrcodeInfo: 0307"_p,
-              "SetTestCycle by hidl, result: 43"_p, "> setCommandData(143,64,0307)"},
+              "SetTestCycle by aidl, result: 43"_p, "> setCommandData(143,64,0307)"}, {"="},
              {{"SetTestCycle by hidl, stationID: 3, cycle: 7"_p, "!SetTestCycle by hidl fail, hwFactoryNew is null"_p}},
              "", {}, nullptr, 1},
             {"getManufactureModeNative", "()I", "GetManufactureMode", kFactory, "", "23", "-1", "-1", "-1", false,
-             {"GetManufactureMode by aidl, result: 23"_p, "> getManufactureMode()"},
-             {"GetManufactureMode by hidl, result: 23"_p, "> getManufactureMode()"},
+             {"GetManufactureMode by aidl, result: 23"_p, "> getManufactureMode()"}, {"="},
              {{"!GetManufactureMode by hidl, hwFactoryNew is null"_p}},
              "!GetManufactureMode by aidl, g_aidlFactoryInterface is null"_p, {}, nullptr, 1},
             {"setPowerStateNative", "(Ljava/lang/String;Ljava/lang/String;)I", "SetPowerState", kPower, "'scene','para'",
@@ -181,11 +167,9 @@ std::vector<NativeMethod> Table() {
              {}, std::nullopt, "", {"command"}, nullptr, 0, true},
             {"getMmiDeviceFeaturesCheckResultNative", "(I)I", "GetMmiDeviceFeaturesCheckResult", kFactory, "9", "29",
              "-1", "-1", "-1", false,
-             {"GetMmiDeviceFeaturesCheckResult by aidl, result: 29"_p, "> getMmiDeviceFeaturesCheckResult(9)"},
-             {"GetMmiDeviceFeaturesCheckResult by hidl, result: 29"_p, "> getMmiDeviceFeaturesCheckResult(9)"}},
+             {"GetMmiDeviceFeaturesCheckResult by aidl, result: 29"_p, "> getMmiDeviceFeaturesCheckResult(9)"}, {"="}},
             {"getOeminfoNative", "(III)Ljava/lang/String;", "GetOeminfo", kFactory, "1,0,16", "OEM-1", "", "", "", true,
-             {"GetOeminfo by aidl, read result: 0, oemInfo: OEM-1"_p, "> getOeminfo(1,0,16)"},
-             {"GetOeminfo by hidl, read result: 0, oemInfo: OEM-1"_p, "> getOeminfo(1,0,16)"},
+             {"GetOeminfo by aidl, read result: 0, oemInfo: OEM-1"_p, "> getOeminfo(1,0,16)"}, {"="},
              {{"!GetOeminfo by hidl fail, hwFactoryNew is null"_p}}, "", {}, nullptr, 1},
             {"sensorActivateNative", "(IZI)Z", "SensorActivate", kSensors, "4,true,200", "true", "false", "false",
              "false", false,
@@ -241,7 +225,7 @@ std::vector<NativeMethod> Table() {
              std::nullopt, "", {"config"}},
             {"getScreenCurrentFpsNative", "()Ljava/lang/String;", "GetScreenCurrentFps", kDisplay, "", "fps-1", "", "",
              "", true, {"GetScreenCurrentFps by aidl, ret: 3, screenConfig: fps-1"_p, "> getScreenCurrentFps(0)"},
-             {"GetScreenCurrentFps by hidl, ret: 3, screenConfig: fps-1"_p, "> getScreenCurrentFps(0)"},
+             {"="},
              std::nullopt, "", {}, nullptr, 1},
             // Over HIDL the station is selected first; the configuration answer's status is logged.
             {"getScreenConfigNative", "(I)Ljava/lang/String;", "GetScreenConfig", kDisplay, "1", "cfg-1", "", "", "", true,
@@ -252,24 +236,22 @@ std::vector<NativeMethod> Table() {
             {"setDisplayParameterNative", "(IILjava/lang/String;)I", "SetDisplayParameter", kDisplay, "2,5,'scene-data'",
              "0", "-1", "0", "-1", true,
              {"SetDisplayParameter scence: 2, dataInt: 5, dataString: scene-data, ret: 0, result info: param-1"_p,
-              "> setDisplayParameter(2,5,scene-data)"},
-             {"SetDisplayParameter scence: 2, dataInt: 5, dataString: scene-data, ret: 0, result info: param-1"_p,
-              "> setDisplayParameter(2,5,scene-data)"},
+              "> setDisplayParameter(2,5,scene-data)"}, {"="},
              {{"!SetDisplayParameter by hidl, g_hwDisplay is null"_p}}, "!SetDisplayParameter, g_aidlDisplay is null"_p,
              {"dataString"}, nullptr, 5},
             // The signature goes as lower-case hexadecimal text under item 11.
             {"getVerifySignatureResultNative", "([B)I", "GetVerifySignatureResult", kFactory, "#ab01", "17", "-1", "-1",
              "-1", false, {"GetVerifySignatureResult by aidl, ret: 17"_p, "> setDeviceInfo(11,ab01)"},
-             {"GetVerifySignatureResult by hidl, ret: 17"_p, "> setDeviceInfo(11,ab01)"}, std::nullopt, "",
+             {"="}, std::nullopt, "",
              {"signature"}},
             // Without the factory service the mode's characters stay taken.
             {"setMockCardTestModeNative", "(Ljava/lang/String;)I", "SetNmCardTestMode", kFactory, "'nmcard=on:1'", "17",
              "-1", "-1", "-1", false, {"SetNmCardTestMode by aidl, ret: 17"_p, "> setDeviceInfo(14,nmcard=on:1)"},
-             {"SetNmCardTestMode by hidl, ret: 17"_p, "> setDeviceInfo(14,nmcard=on:1)"}, std::nullopt, "", {"mode"},
+             {"="}, std::nullopt, "", {"mode"},
              nullptr, 0, true},
             {"getMockCardTestResultNative", "()Ljava/lang/String;", "GetNmCardTestResult", kFactory, "", "nmcard-1", "",
              "", "", true, {"GetNmCardTestResult by aidl, ret: 3, testResultArray = nmcard-1"_p, "> getDeviceInfo(14)"},
-             {"GetNmCardTestResult by hidl, ret: 3, testResultArray = nmcard-1"_p, "> getDeviceInfo(14)"}},
+             {"="}},
             {"getRotaryCrownSelfTestNative", "()Ljava/lang/String;", "GetRotateCrownTestResult", kTouch, "", "crown-1", "",
              "", "error", true, {"GetRotateCrownTestResult by aidl, ret: 0, info: crown-1"_p, "> getRotateCrownTestResult()"},
              {"GetRotateCrownTestResult by hidl, info: crown-1"_p, "> getRotateCrownTestResult()"}},
@@ -284,8 +266,7 @@ std::vector<NativeMethod> Table() {
              false, {}, {}},
             // Colour values come back whatever the status.
             {"getColorSensorNative", "(I)[I", "GetColorSensorValues", kSensors, "6", "[700,760,600,2050]", "[]", "[]",
-             "[]", true, {"GetColorSensorValues by aidl success, return 4 ints."_p, "> getSensorData(6)"},
-             {"GetColorSensorValues by hidl success, return 4 ints."_p, "> getSensorData(6)"},
+             "[]", true, {"GetColorSensorValues by aidl success, return 4 ints."_p, "> getSensorData(6)"}, {"="},
              {{"!GetColorSensorValues by hidl fail, g_hwSensors and g_zentelSensors are null."_p}},
              "!GetColorSensorValues by aidl fail, g_aidlSensors is null."_p},
             {"getDeviceInfoNative", "(I)Ljava/lang/String;", "GetDeviceInfo", kFactory, "77", "device-77", "", "", "", true,
@@ -295,7 +276,7 @@ std::vector<NativeMethod> Table() {
              "!GetDeviceInfo by aidl, g_aidlFactoryInterface is null"},
             {"nativeClearPackageName", "()I", "ClearPackageName", kFactory, "", "31", "-1", "-1", "-1", false,
              {"ClearPackageName by aidl, result: 31"_p, "> clearDeviceInfo(4)"},
-             {"ClearPackageName by hidl, result: 31"_p, "> clearDeviceInfo(4)"}, std::nullopt, "", {}, nullptr, 1},
+             {"="}, std::nullopt, "", {}, nullptr, 1},
             // Steered by the display family; without an AIDL display, light 1 of the HIDL light service.
             {"setBackLightBrightnessNative", "(I)I", "SetBackLightBrightness", kDisplay, "200", "59", "-1", "-2", "-1",
              false, {"SetBackLightBrightness by aidl, brightness: 200, ret: 59"_p, "> setBackLightBrightness(200)"},
@@ -372,7 +353,21 @@ std::string Encode(JNIEnv* env, char type, const jvalue& result) {
 }  // namespace
 
 const std::vector<NativeMethod>& NativeMethods() {
-    static const std::vector<NativeMethod> methods = Table();
+    static const std::vector<NativeMethod> methods = [] {
+        std::vector<NativeMethod> table = Table();
+        // "=": the HIDL backend writes the AIDL backend's lines, with its own name and handle.
+        for (NativeMethod& m : table) {
+            if (m.hidlLines != std::vector<std::string>{"="}) continue;
+            m.hidlLines = m.aidlLines;
+            for (std::string& line : m.hidlLines) {
+                for (const auto& [from, to] : {std::pair<std::string, std::string>{" by aidl", " by hidl"},
+                                               {"g_aidlSensors", "g_hwSensors"}}) {
+                    if (const size_t at = line.find(from); at != std::string::npos) line.replace(at, from.size(), to);
+                }
+            }
+        }
+        return table;
+    }();
     return methods;
 }
 

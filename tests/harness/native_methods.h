@@ -32,7 +32,8 @@ struct NativeMethod {
     // leaves the same answer as a failed call (otherwise the call's own value answers).
     bool callback;
     // What the backend writes for the call and the calls the service receives ("> name(args)"),
-    // over AIDL and over HIDL. "!" marks an ERROR line.
+    // over AIDL and over HIDL ({"="}: the AIDL lines with "by hidl" and g_hwSensors). "!" marks
+    // an ERROR line.
     std::vector<std::string> aidlLines;
     std::vector<std::string> hidlLines;
     // Without the service: the HIDL backend's lines; by default its one missing-handle line.
