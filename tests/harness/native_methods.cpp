@@ -511,17 +511,16 @@ NativeCalls::~NativeCalls() {
     for (jobject ref : mGlobals) mEnv->DeleteGlobalRef(ref);
 }
 
-std::string NativeCalls::Call(size_t method, int nullReference) {
+std::string NativeCalls::Call(size_t method, int nullReference, std::optional<jint> everyInt) {
     std::vector<jvalue> args = mArgs[method];
     const std::string signature = NativeMethods()[method].signature;
-    if (nullReference >= 0) {
-        int reference = 0;
-        size_t arg = 0;
-        for (size_t i = 1; signature[i] != ')'; ++i, ++arg) {
-            if (signature[i] == 'L' || signature[i] == '[') {
-                if (reference++ == nullReference) args[arg].l = nullptr;
-                i = signature[i] == 'L' ? signature.find(';', i) : i + 1;
-            }
+    int reference = 0;
+    size_t arg = 0;
+    for (size_t i = 1; signature[i] != ')'; ++i, ++arg) {
+        if (signature[i] == 'I' && everyInt) args[arg].i = *everyInt;
+        if (signature[i] == 'L' || signature[i] == '[') {
+            if (reference++ == nullReference) args[arg].l = nullptr;
+            i = signature[i] == 'L' ? signature.find(';', i) : i + 1;
         }
     }
     const char type = signature[signature.find(')') + 1];

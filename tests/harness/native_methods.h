@@ -69,9 +69,10 @@ public:
     NativeCalls(const NativeCalls&) = delete;
     NativeCalls& operator=(const NativeCalls&) = delete;
 
-    // Calls the method; `nullReference` >= 0 passes null for that Java reference instead.
-    // A Java exception is cleared and answered as "threw".
-    std::string Call(size_t method, int nullReference = -1);
+    // Calls the method; `nullReference` >= 0 passes null for that Java reference instead,
+    // and `everyInt` that value for every int. A Java exception is cleared and answered as
+    // "threw".
+    std::string Call(size_t method, int nullReference = -1, std::optional<jint> everyInt = std::nullopt);
 
 private:
     JNIEnv* mEnv;

@@ -293,7 +293,7 @@ private:
     std::atomic<int64_t> mCalls{0};
     std::mutex mLock;
     std::condition_variable mChanged;
-    bool mOpen = false;
+    std::atomic<bool> mOpen{false};  // read by the threads between calls
     bool mKeepers = false;
     bool mStopped = false;
     int mWaiting = 0;
