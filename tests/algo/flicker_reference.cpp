@@ -85,10 +85,6 @@ int DetectWithMagnitudes(int (&samples)[256], int windowLength, int& frequency, 
     return 0;
 }
 
-bool InitFrequencyDetectAlgo(AlgoContext& context) {
-    return memset_s(&context, sizeof(context), 0, sizeof(context)) == 0;
-}
-
 void PrepareFrequenceDetectAlgo(AlgoContext& c, int (&samples)[256], int windowLength, float sampleRate) {
     c.windowLength = windowLength;
     c.sampleRate = sampleRate;
