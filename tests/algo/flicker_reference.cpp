@@ -67,11 +67,8 @@ int CaclueFrequencyOn(AlgoContext& c) {
 }  // namespace
 
 int DetectFlickerFrequence(int (&samples)[256], int windowLength, int& frequency, float sampleRate) {
-    AlgoContext record{};
-    if (memset_s(&record, sizeof(record), 0, sizeof(record)) != 0) return -1;
-    PrepareFrequenceDetectAlgo(record, samples, windowLength, sampleRate);
-    frequency = CaclueFrequency(record);
-    return 0;
+    float magnitudes[500];
+    return DetectWithMagnitudes(samples, windowLength, frequency, sampleRate, magnitudes);
 }
 
 int DetectWithMagnitudes(int (&samples)[256], int windowLength, int& frequency, float sampleRate,
