@@ -66,10 +66,12 @@ void MakeInput(uint32_t index, Input& in) {
     static const float kRates[] = {1000.0f, 500.0f, 2000.0f, 0.0f, -1000.0f, 1.0f, 1e-3f, 44100.0f, 1e30f,
                                    std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
                                    -std::numeric_limits<float>::infinity()};
-    // One or two tones (every third exactly on a bin, 15..505, including 19, 20, 498 and 499),
-    // or a square wave, with DC and noise.
+    // One or two tones, or a square wave, with DC and noise; a third of them exactly on a bin
+    // from 15 to 505, the edges of the searched range (bins 20 to 498) first.
+    static const int kEdgeBins[] = {19, 20, 498, 499, 15, 505};
+    const int bin = variant / 3 < 6 ? kEdgeBins[variant / 3] : 15 + static_cast<int>(variant * 7 % 491);
     const double amplitude = std::pow(10.0, r.Real(0.0, 5.5)), dc = variant % 3 ? r.Real(0.0, 2.0 * amplitude) : 0.0;
-    const double f = variant % 3 == 1 ? (15 + variant % 491) * 1000.0 / 1024.0 : r.Real(0.5, 499.5);
+    const double f = variant % 3 == 1 ? bin * 1000.0 / 1024.0 : r.Real(0.5, 499.5);
     const double second = variant % 2 ? amplitude * r.Real(0.05, 1.0) : 0.0, f2 = r.Real(0.5, 499.5);
     const double noise = amplitude * r.Real(0.0, 0.9), phase = r.Real(0.0, kTwoPi), duty = r.Real(0.1, 0.9);
     const int pick = r.Int(0, 9), value = r.Int(-100000, 100000), at = r.Int(0, 255), slope = r.Int(-5000, 5000);
@@ -83,9 +85,9 @@ void MakeInput(uint32_t index, Input& in) {
             case 0: in.samples[n] = r.Int(kRanges[variant % 4][0], kRanges[variant % 4][1]); break;
             case 1: in.samples[n] = Clamp(tone + dc + noise * r.Real(-1.0, 1.0)); break;
             case 2: in.samples[n] = Clamp(square + dc + noise * r.Real(-0.3, 0.3)); break;
-            case 3: in.samples[n] = variant % 2 ? kExtremes[r.Int(0, 9)] : kExtremes[pick]; break;  // the filter
-            case 4: in.samples[n] = variant % 2 ? static_cast<int>(r.Next()) : n % 2 ? kIntMin : kIntMax;  // overflows
-                break;
+            // Values near the int limits and beyond the filter's overflow limit (~860,000).
+            case 3: in.samples[n] = variant % 2 ? kExtremes[r.Int(0, 9)] : kExtremes[pick]; break;
+            case 4: in.samples[n] = variant % 2 ? static_cast<int>(r.Next()) : n % 2 ? kIntMin : kIntMax; break;
             case 5: in.samples[n] = Clamp(2.1e9 * std::sin(kTwoPi * (pick * 47 + 5) * n / 1000.0)); break;
             case 6: in.samples[n] = flat[variant % 5]; break;  // silence, constants, impulses, steps, ramps
             default: in.samples[n] = variant % 2 ? r.Int(-32768, 32767) : Clamp(tone + dc); break;
