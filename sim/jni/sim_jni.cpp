@@ -4,6 +4,7 @@
 #include <hostcontrol/binder_control.h>
 #include <hostcontrol/hidl_control.h>
 #include <jni.h>
+#include <nativehelper/jni_macros.h>
 #include <sim/handset.h>
 #include <sim/light_source.h>
 #include <sim/log_capture.h>
@@ -788,48 +789,45 @@ jint DetectFlickerFrequencyWith(JNIEnv* env, jclass, jintArray samples, jint win
     return Detect(env, samples, windowLength, sampleRate);
 }
 
-#define NATIVE(name, signature, function) \
-    { const_cast<char*>(name), const_cast<char*>(signature), reinterpret_cast<void*>(function) }
-
+// Signatures are checked against the functions' types at compile time.
 const JNINativeMethod kMethods[] = {
-        NATIVE("useProfile", "(Ljava/lang/String;)V", UseProfile),
-        NATIVE("profileName", "()Ljava/lang/String;", ProfileName),
-        NATIVE("profileSource", "()Ljava/lang/String;", ProfileSource),
-        NATIVE("profileDescription", "()Ljava/lang/String;", ProfileDescription),
-        NATIVE("serviceOf", "(Ljava/lang/String;)Ljava/lang/String;", ServiceOf),
-        NATIVE("shippedProfiles", "()[Ljava/lang/String;", ShippedProfiles),
-        NATIVE("setAnswerJson", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;)V", SetAnswerJson),
-        NATIVE("answerJson", "(Ljava/lang/String;Ljava/lang/String;)Ljava/lang/String;", AnswerJson),
-        NATIVE("reset", "()V", Reset),
-        NATIVE("kill", "(Ljava/lang/String;)V", Kill),
-        NATIVE("start", "(Ljava/lang/String;)V", Start),
-        NATIVE("isRunning", "(Ljava/lang/String;)Z", IsRunning),
-        NATIVE("awaitDeathHandled", "(Ljava/lang/String;J)Z", AwaitDeathHandled),
-        NATIVE("awaitNoticesDelivered", "(J)Z", AwaitNoticesDelivered),
-        NATIVE("notifyCameraEvent", "(I)Z", NotifyCameraEvent),
-        NATIVE("notifyCameraEventFromUnattachedThread", "(I)Z", NotifyCameraEventFromUnattachedThread),
-        NATIVE("notifyCameraEventAfterUnload", "(I)Z", NotifyCameraEventAfterUnload),
-        NATIVE("callRecords", "(Ljava/lang/String;)[[Ljava/lang/String;", CallRecords),
-        NATIVE("failCalls", "(Ljava/lang/String;Z)V", FailCalls),
-        NATIVE("skipCallbacks", "(Ljava/lang/String;Z)V", SkipCallbacks),
-        NATIVE("setLatency", "(Ljava/lang/String;I)V", SetLatency),
-        NATIVE("startLater", "(Ljava/lang/String;I)V", StartLater),
-        NATIVE("hasPanelLibrary", "()Z", HasPanelLibrary),
-        NATIVE("setPanelModes", "(Ljava/lang/String;I)V", SetPanelModes),
-        NATIVE("setPanelResults", "(III)V", SetPanelResults),
-        NATIVE("panelCalls", "()[Ljava/lang/String;", PanelCalls),
-        NATIVE("logLines", "()[Ljava/lang/String;", LogLines),
-        NATIVE("logMark", "()J", LogMark),
-        NATIVE("logLinesSince", "(J)[Ljava/lang/String;", LogLinesSince),
-        NATIVE("awaitLogLine", "(JLjava/lang/String;J)Z", AwaitLogLine),
-        NATIVE("clearLog", "()V", ClearLog),
-        NATIVE("lightSamples", "()[I", LightSamples),
-        NATIVE("flickerSpectrum", "([I)[F", FlickerSpectrum),
-        NATIVE("detectFlickerFrequency", "([I)I", DetectFlickerFrequency),
-        NATIVE("detectFlickerFrequency", "([IIF)I", DetectFlickerFrequencyWith),
+        MAKE_JNI_NATIVE_METHOD("useProfile", "(Ljava/lang/String;)V", UseProfile),
+        MAKE_JNI_NATIVE_METHOD("profileName", "()Ljava/lang/String;", ProfileName),
+        MAKE_JNI_NATIVE_METHOD("profileSource", "()Ljava/lang/String;", ProfileSource),
+        MAKE_JNI_NATIVE_METHOD("profileDescription", "()Ljava/lang/String;", ProfileDescription),
+        MAKE_JNI_NATIVE_METHOD("serviceOf", "(Ljava/lang/String;)Ljava/lang/String;", ServiceOf),
+        MAKE_JNI_NATIVE_METHOD("shippedProfiles", "()[Ljava/lang/String;", ShippedProfiles),
+        MAKE_JNI_NATIVE_METHOD("setAnswerJson", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;)V",
+                               SetAnswerJson),
+        MAKE_JNI_NATIVE_METHOD("answerJson", "(Ljava/lang/String;Ljava/lang/String;)Ljava/lang/String;", AnswerJson),
+        MAKE_JNI_NATIVE_METHOD("reset", "()V", Reset),
+        MAKE_JNI_NATIVE_METHOD("kill", "(Ljava/lang/String;)V", Kill),
+        MAKE_JNI_NATIVE_METHOD("start", "(Ljava/lang/String;)V", Start),
+        MAKE_JNI_NATIVE_METHOD("isRunning", "(Ljava/lang/String;)Z", IsRunning),
+        MAKE_JNI_NATIVE_METHOD("awaitDeathHandled", "(Ljava/lang/String;J)Z", AwaitDeathHandled),
+        MAKE_JNI_NATIVE_METHOD("awaitNoticesDelivered", "(J)Z", AwaitNoticesDelivered),
+        MAKE_JNI_NATIVE_METHOD("notifyCameraEvent", "(I)Z", NotifyCameraEvent),
+        MAKE_JNI_NATIVE_METHOD("notifyCameraEventFromUnattachedThread", "(I)Z", NotifyCameraEventFromUnattachedThread),
+        MAKE_JNI_NATIVE_METHOD("notifyCameraEventAfterUnload", "(I)Z", NotifyCameraEventAfterUnload),
+        MAKE_JNI_NATIVE_METHOD("callRecords", "(Ljava/lang/String;)[[Ljava/lang/String;", CallRecords),
+        MAKE_JNI_NATIVE_METHOD("failCalls", "(Ljava/lang/String;Z)V", FailCalls),
+        MAKE_JNI_NATIVE_METHOD("skipCallbacks", "(Ljava/lang/String;Z)V", SkipCallbacks),
+        MAKE_JNI_NATIVE_METHOD("setLatency", "(Ljava/lang/String;I)V", SetLatency),
+        MAKE_JNI_NATIVE_METHOD("startLater", "(Ljava/lang/String;I)V", StartLater),
+        MAKE_JNI_NATIVE_METHOD("hasPanelLibrary", "()Z", HasPanelLibrary),
+        MAKE_JNI_NATIVE_METHOD("setPanelModes", "(Ljava/lang/String;I)V", SetPanelModes),
+        MAKE_JNI_NATIVE_METHOD("setPanelResults", "(III)V", SetPanelResults),
+        MAKE_JNI_NATIVE_METHOD("panelCalls", "()[Ljava/lang/String;", PanelCalls),
+        MAKE_JNI_NATIVE_METHOD("logLines", "()[Ljava/lang/String;", LogLines),
+        MAKE_JNI_NATIVE_METHOD("logMark", "()J", LogMark),
+        MAKE_JNI_NATIVE_METHOD("logLinesSince", "(J)[Ljava/lang/String;", LogLinesSince),
+        MAKE_JNI_NATIVE_METHOD("awaitLogLine", "(JLjava/lang/String;J)Z", AwaitLogLine),
+        MAKE_JNI_NATIVE_METHOD("clearLog", "()V", ClearLog),
+        MAKE_JNI_NATIVE_METHOD("lightSamples", "()[I", LightSamples),
+        MAKE_JNI_NATIVE_METHOD("flickerSpectrum", "([I)[F", FlickerSpectrum),
+        MAKE_JNI_NATIVE_METHOD("detectFlickerFrequency", "([I)I", DetectFlickerFrequency),
+        MAKE_JNI_NATIVE_METHOD("detectFlickerFrequency", "([IIF)I", DetectFlickerFrequencyWith),
 };
-
-#undef NATIVE
 
 }  // namespace
 

@@ -17,7 +17,8 @@
 #include <map>
 #include <set>
 #include <sstream>
-#include <variant>
+#include <optional>
+#include <type_traits>
 
 #ifndef MMI_PROFILE_DIR
 #define MMI_PROFILE_DIR "profiles"
@@ -116,11 +117,6 @@ const json& RequireObject(const Reader& reader, const json& value, const std::st
     return value;
 }
 
-const json& RequireArray(const Reader& reader, const json& value, const std::string& path) {
-    if (!value.is_array()) reader.Fail(path, "expected an array, not " + Describe(value));
-    return value;
-}
-
 int32_t ReadInt(const Reader& reader, const json& value, const std::string& path) {
     if (value.is_number_integer()) {
         if (value.is_number_unsigned()) {
@@ -159,14 +155,6 @@ std::string ReadString(const Reader& reader, const json& value, const std::strin
     return value.get<std::string>();
 }
 
-std::vector<int32_t> ReadInts(const Reader& reader, const json& value, const std::string& path) {
-    RequireArray(reader, value, path);
-    std::vector<int32_t> ints;
-    ints.reserve(value.size());
-    for (size_t i = 0; i < value.size(); ++i) ints.push_back(ReadInt(reader, value[i], Indexed(path, i)));
-    return ints;
-}
-
 // An object whose keys are read one by one; keys nobody asked for are errors.
 class Fields {
 public:
@@ -187,8 +175,6 @@ public:
         if (it == mObject.end()) mReader.Fail(mPath, "missing \"" + key + "\"" + (hint.empty() ? "" : " (" + hint + ")"));
         read(*it, Join(mPath, key));
     }
-
-    bool Has(const std::string& key) const { return mObject.contains(key); }
 
     // Rejects every key that no Optional/Required call named.
     void RejectOthers(const std::string& what = "key") const {
@@ -212,39 +198,205 @@ private:
     std::vector<std::string> mKnown;
 };
 
-// Integer-keyed maps ("stationFlags": {"3": ...}).
+// ---------------------------------------------------------------------------------------
+// Records
+//
+// Each field of a record (the answers of a family, the light, the faults) is named once, in
+// the record's table kFields<record>: reading a profile, writing it out and changing one
+// answer all walk the tables. A value is read and written by the Codec of its type; a
+// record with a table is an object of its fields.
+
+// A value being read, and the object it was found in.
+struct At {
+    const Reader& reader;
+    const json& object;
+    const json& value;
+    const std::string& path;
+};
+
 template <typename T>
-void ReadIdMap(const Reader& reader, const json& value, const std::string& path, const std::string& idName,
-               std::map<int32_t, T>& into, const std::function<T(const json&, const std::string&)>& readEntry) {
-    RequireObject(reader, value, path);
-    for (auto it = value.begin(); it != value.end(); ++it) {
-        const std::string entryPath = Join(path, it.key());
+struct Field {
+    std::string key;
+    std::function<void(const At& at, T& into)> read;
+    std::function<json(const T& from)> write;
+    const char* required = nullptr;  // a key that must be given: what it is ("" says nothing)
+};
+
+template <typename T>
+using Table = std::vector<Field<T>>;
+
+template <typename T>
+extern const Table<T> kFields;
+
+// Reads the fields of `into` from an object, in the order of its table.
+template <typename T>
+void ReadRecord(const Reader& reader, const json& object, const std::string& path, T& into) {
+    Fields fields(reader, object, path);
+    for (const Field<T>& field : kFields<T>) {
+        const auto read = [&](const json& value, const std::string& at) {
+            field.read(At{reader, object, value, at}, into);
+        };
+        if (field.required != nullptr) {
+            fields.Required(field.key, field.required, read);
+        } else {
+            fields.Optional(field.key, read);
+        }
+    }
+    fields.RejectOthers();
+}
+
+template <typename T>
+json WriteRecord(const T& record) {
+    json object = json::object();
+    for (const Field<T>& field : kFields<T>) object[field.key] = field.write(record);
+    return object;
+}
+
+template <typename V>
+struct Codec {
+    static V Read(const Reader& reader, const json& value, const std::string& path) {
+        V record{};
+        ReadRecord(reader, value, path, record);
+        return record;
+    }
+    static json Write(const V& record) { return WriteRecord(record); }
+};
+
+template <typename V, V (*ReadValue)(const Reader&, const json&, const std::string&)>
+struct ScalarCodec {
+    static V Read(const Reader& reader, const json& value, const std::string& path) {
+        return ReadValue(reader, value, path);
+    }
+    static json Write(const V& value) { return value; }
+};
+template <> struct Codec<int32_t> : ScalarCodec<int32_t, ReadInt> {};
+template <> struct Codec<uint32_t> : ScalarCodec<uint32_t, ReadUnsigned> {};
+template <> struct Codec<double> : ScalarCodec<double, ReadNumber> {};
+template <> struct Codec<bool> : ScalarCodec<bool, ReadBool> {};
+template <> struct Codec<std::string> : ScalarCodec<std::string, ReadString> {};
+
+template <typename V>
+struct Codec<std::vector<V>> {
+    static std::vector<V> Read(const Reader& reader, const json& value, const std::string& path) {
+        if (!value.is_array()) reader.Fail(path, "expected an array, not " + Describe(value));
+        std::vector<V> items;
+        for (size_t i = 0; i < value.size(); ++i) items.push_back(Codec<V>::Read(reader, value[i], Indexed(path, i)));
+        return items;
+    }
+    static json Write(const std::vector<V>& items) {
+        json array = json::array();
+        for (const V& item : items) array.push_back(Codec<V>::Write(item));
+        return array;
+    }
+};
+
+// A member of the record, read and written by its type's Codec. `problem` may reject the
+// value read: it returns what is wrong with it, or "".
+template <typename T, typename V, typename Problem = std::nullptr_t>
+Field<T> Member(const char* key, V T::*member, Problem problem = nullptr) {
+    return Field<T>{key,
+                    [member, problem](const At& at, T& into) {
+                        V value = Codec<V>::Read(at.reader, at.value, at.path);
+                        if constexpr (!std::is_null_pointer_v<Problem>) {
+                            const std::string wrong = problem(value, at.value);
+                            if (!wrong.empty()) at.reader.Fail(at.path, wrong);
+                        }
+                        into.*member = std::move(value);
+                    },
+                    [member](const T& from) { return Codec<V>::Write(from.*member); }};
+}
+
+template <typename T>
+Field<T> Required(Field<T> field, const char* what) {
+    field.required = what;
+    return field;
+}
+
+// The fields of a member record as fields of the record that holds it.
+template <typename T, typename M>
+Table<T> Within(M T::*member) {
+    Table<T> fields;
+    for (const Field<M>& field : kFields<M>) {
+        fields.push_back(Field<T>{field.key, [field, member](const At& at, T& into) { field.read(at, into.*member); },
+                                  [field, member](const T& from) { return field.write(from.*member); },
+                                  field.required});
+    }
+    return fields;
+}
+
+template <typename T>
+Table<T> Concat(Table<T> first, const Table<T>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+// Integer-keyed maps ("stationFlags": {"3": ...}), each id read as `idName`.
+template <typename V>
+std::map<int32_t, V> ReadIdMap(const At& at, const std::string& idName) {
+    RequireObject(at.reader, at.value, at.path);
+    std::map<int32_t, V> entries;
+    for (auto it = at.value.begin(); it != at.value.end(); ++it) {
+        const std::string entryPath = Join(at.path, it.key());
         char* end = nullptr;
         errno = 0;
         const long id = std::strtol(it.key().c_str(), &end, 10);
         if (it.key().empty() || *end != '\0' || errno != 0 || id < INT32_MIN || id > INT32_MAX) {
-            reader.Fail(entryPath, "expected " + idName + " (an integer) as the key, not \"" + it.key() + "\"");
+            at.reader.Fail(entryPath, "expected " + idName + " (an integer) as the key, not \"" + it.key() + "\"");
         }
-        into[static_cast<int32_t>(id)] = readEntry(it.value(), entryPath);
+        entries[static_cast<int32_t>(id)] = Codec<V>::Read(at.reader, it.value(), entryPath);
     }
+    return entries;
+}
+
+template <typename V>
+json WriteIdMap(const std::map<int32_t, V>& entries) {
+    json object = json::object();
+    for (const auto& [id, entry] : entries) object[std::to_string(id)] = Codec<V>::Write(entry);
+    return object;
+}
+
+template <typename T, typename V>
+Field<T> IdMap(const char* key, std::map<int32_t, V> T::*member, const char* idName) {
+    return Field<T>{key,
+                    [member, idName](const At& at, T& into) {
+                        for (auto& [id, entry] : ReadIdMap<V>(at, idName)) (into.*member)[id] = entry;
+                    },
+                    [member](const T& from) { return WriteIdMap(from.*member); }};
 }
 
 // A status and a text: "text" (status 0) or {"ret": n, "text": "..."}.
-TextReply ReadTextReply(const Reader& reader, const json& value, const std::string& path) {
-    if (value.is_string()) return TextReply{0, value.get<std::string>()};
-    if (!value.is_object()) reader.Fail(path, "expected a text or {\"ret\": ..., \"text\": ...}, not " + Describe(value));
-    TextReply reply;
-    Fields fields(reader, value, path);
-    fields.Optional("ret", [&](const json& v, const std::string& p) { reply.ret = ReadInt(reader, v, p); });
-    fields.Optional("text", [&](const json& v, const std::string& p) { reply.text = ReadString(reader, v, p); });
-    fields.RejectOthers();
-    return reply;
-}
+template <>
+const Table<TextReply> kFields<TextReply> = {Member("ret", &TextReply::ret), Member("text", &TextReply::text)};
 
-json TextReplyJson(const TextReply& reply) {
-    if (reply.ret == 0) return reply.text;
-    return json{{"ret", reply.ret}, {"text", reply.text}};
-}
+template <>
+struct Codec<TextReply> {
+    static TextReply Read(const Reader& reader, const json& value, const std::string& path) {
+        if (value.is_string()) return TextReply{0, value.get<std::string>()};
+        if (!value.is_object()) reader.Fail(path, "expected a text or {\"ret\": ..., \"text\": ...}, not " + Describe(value));
+        TextReply reply;
+        ReadRecord(reader, value, path, reply);
+        return reply;
+    }
+    static json Write(const TextReply& reply) { return reply.ret == 0 ? json(reply.text) : WriteRecord(reply); }
+};
+
+// A result and ints: [...] (result 0) or {"result": n, "data": [...]}.
+template <>
+const Table<DataReply> kFields<DataReply> = {Member("result", &DataReply::result), Member("data", &DataReply::data)};
+
+template <>
+struct Codec<DataReply> {
+    static DataReply Read(const Reader& reader, const json& value, const std::string& path) {
+        if (value.is_array()) return DataReply{0, Codec<std::vector<int32_t>>::Read(reader, value, path)};
+        if (!value.is_object()) {
+            reader.Fail(path, "expected an array of integers or {\"result\": ..., \"data\": [...]}, not " + Describe(value));
+        }
+        DataReply reply;
+        ReadRecord(reader, value, path, reply);
+        return reply;
+    }
+    static json Write(const DataReply& reply) { return reply.result == 0 ? json(reply.data) : WriteRecord(reply); }
+};
 
 // ---------------------------------------------------------------------------------------
 // Families and versions
@@ -346,410 +498,258 @@ const std::vector<std::pair<std::string, int32_t>>& DeviceInfoAliases() {
     return aliases;
 }
 
-using FieldReader = std::function<void(const json&, const std::string&)>;
-
-FieldReader IntInto(const Reader& reader, int32_t& into) {
-    return [&reader, &into](const json& v, const std::string& p) { into = ReadInt(reader, v, p); };
-}
-FieldReader BoolInto(const Reader& reader, bool& into) {
-    return [&reader, &into](const json& v, const std::string& p) { into = ReadBool(reader, v, p); };
-}
-FieldReader TextReplyInto(const Reader& reader, TextReply& into) {
-    return [&reader, &into](const json& v, const std::string& p) { into = ReadTextReply(reader, v, p); };
-}
-FieldReader StringInto(const Reader& reader, std::string& into) {
-    return [&reader, &into](const json& v, const std::string& p) { into = ReadString(reader, v, p); };
+const std::string* AliasOf(int32_t item) {
+    for (const auto& [alias, aliased] : DeviceInfoAliases()) {
+        if (aliased == item) return &alias;
+    }
+    return nullptr;
 }
 
-void ReadFactory(const Reader& reader, const json& value, const std::string& path, FactoryAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("factoryVersion", BoolInto(reader, a.factoryVersion));
-    f.Optional("manufactureFileName", TextReplyInto(reader, a.manufactureFileName));
-    std::map<int32_t, std::string> givenBy;  // item -> the key that gave it
+// The device-info items: those with names of their own (always written out: an item nobody
+// scripted answers {0, ""}), then "deviceInfo" with the others by number.
+Table<FactoryAnswers> DeviceInfoFields() {
+    Table<FactoryAnswers> fields;
     for (const auto& [alias, item] : DeviceInfoAliases()) {
-        f.Optional(alias, [&, item = item, alias = alias](const json& v, const std::string& p) {
-            a.deviceInfo[item] = ReadTextReply(reader, v, p);
-            givenBy[item] = alias;
-        });
+        fields.push_back({alias,
+                          [item = item](const At& at, FactoryAnswers& into) {
+                              into.deviceInfo[item] = Codec<TextReply>::Read(at.reader, at.value, at.path);
+                          },
+                          [item = item](const FactoryAnswers& from) {
+                              auto it = from.deviceInfo.find(item);
+                              return Codec<TextReply>::Write(it == from.deviceInfo.end() ? TextReply{} : it->second);
+                          }});
     }
-    f.Optional("deviceInfo", [&](const json& v, const std::string& p) {
-        std::map<int32_t, TextReply> items;
-        ReadIdMap<TextReply>(reader, v, p, "an item number", items,
-                             [&](const json& e, const std::string& ep) { return ReadTextReply(reader, e, ep); });
-        for (const auto& [item, reply] : items) {
-            auto given = givenBy.find(item);
-            if (given != givenBy.end()) {
-                reader.Fail(Join(p, std::to_string(item)),
-                            "item " + std::to_string(item) + " is also given as \"" + given->second + "\"; give it once");
-            }
-            a.deviceInfo[item] = reply;
-        }
-    });
-    f.Optional("setDeviceInfoResult", IntInto(reader, a.setDeviceInfoResult));
-    f.Optional("manufactureMode", IntInto(reader, a.manufactureMode));
-    f.Optional("featuresCheckResult", IntInto(reader, a.featuresCheckResult));
-    f.Optional("clearDeviceInfoResult", IntInto(reader, a.clearDeviceInfoResult));
-    f.Optional("releaseFactoryResourceResult", IntInto(reader, a.releaseFactoryResourceResult));
-    f.Optional("mmiTestResultResult", IntInto(reader, a.mmiTestResultResult));
-    f.Optional("stationFlags", [&](const json& v, const std::string& p) {
-        ReadIdMap<TextReply>(reader, v, p, "a station id", a.stationFlags,
-                             [&](const json& e, const std::string& ep) { return ReadTextReply(reader, e, ep); });
-    });
-    f.Optional("commandDataResult", IntInto(reader, a.commandDataResult));
-    f.Optional("fmdCmdDataResult", IntInto(reader, a.fmdCmdDataResult));
-    f.Optional("fmdMessageResult", IntInto(reader, a.fmdMessageResult));
-    f.Optional("oeminfo", [&](const json& v, const std::string& p) {
-        const TextReply reply = ReadTextReply(reader, v, p);
-        a.oeminfoRet = reply.ret;
-        a.oeminfo = reply.text;
-    });
-    f.RejectOthers();
+    fields.push_back({"deviceInfo",
+                      [](const At& at, FactoryAnswers& into) {
+                          for (const auto& [item, reply] : ReadIdMap<TextReply>(at, "an item number")) {
+                              const std::string* alias = AliasOf(item);
+                              if (alias != nullptr && at.object.contains(*alias)) {
+                                  at.reader.Fail(Join(at.path, std::to_string(item)), "item " + std::to_string(item) +
+                                                         " is also given as \"" + *alias + "\"; give it once");
+                              }
+                              into.deviceInfo[item] = reply;
+                          }
+                      },
+                      [](const FactoryAnswers& from) {
+                          std::map<int32_t, TextReply> others;
+                          for (const auto& [item, reply] : from.deviceInfo) {
+                              if (AliasOf(item) == nullptr) others[item] = reply;
+                          }
+                          return WriteIdMap(others);
+                      }});
+    return fields;
 }
 
-json FactoryJson(const FactoryAnswers& a) {
-    json j;
-    j["factoryVersion"] = a.factoryVersion;
-    j["manufactureFileName"] = TextReplyJson(a.manufactureFileName);
-    // Items with names of their own always appear (an item nobody scripted answers {0, ""}).
-    const auto& aliases = DeviceInfoAliases();
-    for (const auto& [alias, item] : aliases) {
-        auto it = a.deviceInfo.find(item);
-        j[alias] = TextReplyJson(it == a.deviceInfo.end() ? TextReply{} : it->second);
+// "oeminfo": a text reply kept in two fields.
+const Field<FactoryAnswers> kOeminfo{
+        "oeminfo",
+        [](const At& at, FactoryAnswers& into) {
+            const TextReply reply = Codec<TextReply>::Read(at.reader, at.value, at.path);
+            into.oeminfoRet = reply.ret;
+            into.oeminfo = reply.text;
+        },
+        [](const FactoryAnswers& from) { return Codec<TextReply>::Write(TextReply{from.oeminfoRet, from.oeminfo}); }};
+
+template <>
+const Table<FactoryAnswers> kFields<FactoryAnswers> = [] {
+    using A = FactoryAnswers;
+    const Table<A> first = {Member("factoryVersion", &A::factoryVersion),
+                            Member("manufactureFileName", &A::manufactureFileName)};
+    return Concat(Concat(first, DeviceInfoFields()),
+                  {Member("setDeviceInfoResult", &A::setDeviceInfoResult), Member("manufactureMode", &A::manufactureMode),
+                   Member("featuresCheckResult", &A::featuresCheckResult),
+                   Member("clearDeviceInfoResult", &A::clearDeviceInfoResult),
+                   Member("releaseFactoryResourceResult", &A::releaseFactoryResourceResult),
+                   Member("mmiTestResultResult", &A::mmiTestResultResult),
+                   IdMap("stationFlags", &A::stationFlags, "a station id"),
+                   Member("commandDataResult", &A::commandDataResult), Member("fmdCmdDataResult", &A::fmdCmdDataResult),
+                   Member("fmdMessageResult", &A::fmdMessageResult), kOeminfo});
+}();
+
+template <>
+const Table<DisplayAnswers> kFields<DisplayAnswers> = [] {
+    using A = DisplayAnswers;
+    return Table<A>{Member("screenCurrentFps", &A::screenCurrentFps),
+                    Member("selectStationResult", &A::selectStationResult), Member("screenConfig", &A::screenConfig),
+                    Member("displayParameter", &A::displayParameter),
+                    Member("backLightResult", &A::backLightResult), Member("panelTypeRet", &A::panelTypeRet),
+                    Member("panelType", &A::panelType), Member("selfAdaptMinFpsResult", &A::selfAdaptMinFpsResult)};
+}();
+
+template <>
+const Table<TouchScreenAnswers> kFields<TouchScreenAnswers> = [] {
+    using A = TouchScreenAnswers;
+    return Table<A>{Member("capacitanceTest", &A::capacitanceTest),
+                    Member("capacitanceCalibrate", &A::capacitanceCalibrate), Member("rotateCrown", &A::rotateCrown),
+                    Member("featureConfigResult", &A::featureConfigResult)};
+}();
+
+template <>
+const Table<FingerprintAnswers> kFields<FingerprintAnswers> = {Member("cmdResult", &FingerprintAnswers::cmdResult)};
+
+template <>
+const Table<ParameterReply> kFields<ParameterReply> = {
+        Member("ret", &ParameterReply::ret), Member("para", &ParameterReply::para),
+        Member("data", &ParameterReply::data), Member("keepCallerData", &ParameterReply::keepCallerData)};
+
+std::string NotNegative(const std::string& what, double value) {
+    return value < 0.0 ? what + " must not be negative" : "";
+}
+
+template <>
+const Table<LightSource> kFields<LightSource> = {
+        Required(Member("frequencyHz", &LightSource::frequencyHz,
+                        [](double hz, const json& given) {
+                            if (hz >= 0.0 && hz < kFlickerSampleRate / 2) return std::string();
+                            return "the frequency must be at least 0 and below 500 (half the 1000 Hz sampling rate), "
+                                   "not " + given.dump();
+                        }),
+                 "the flicker frequency"),
+        Member("amplitude", &LightSource::amplitude,
+               [](double v, const json&) { return NotNegative("the amplitude", v); }),
+        Member("offset", &LightSource::offset),
+        Member("noise", &LightSource::noise,
+               [](double v, const json&) { return NotNegative("the noise (a standard deviation)", v); }),
+        Member("seed", &LightSource::seed)};
+
+template <>
+const Table<FlickerLight> kFields<FlickerLight> =
+        Concat({Required(Member("sensorId", &FlickerLight::sensorId), "the light sensor the light shines on")},
+               Within(&FlickerLight::light));
+
+// No light (null), or the light over the defaults of its optional numbers.
+template <>
+struct Codec<std::optional<FlickerLight>> {
+    static std::optional<FlickerLight> Read(const Reader& reader, const json& value, const std::string& path) {
+        if (value.is_null()) return std::nullopt;
+        FlickerLight flicker{0, LightSource{0.0, 100.0, 1000.0, 0.0, 1}};
+        ReadRecord(reader, value, path, flicker);
+        return flicker;
     }
-    json others = json::object();
-    for (const auto& [item, reply] : a.deviceInfo) {
-        const bool named = std::any_of(aliases.begin(), aliases.end(), [item = item](const auto& e) { return e.second == item; });
-        if (!named) others[std::to_string(item)] = TextReplyJson(reply);
+    static json Write(const std::optional<FlickerLight>& flicker) { return flicker ? WriteRecord(*flicker) : json(); }
+};
+
+template <>
+const Table<SensorAnswers> kFields<SensorAnswers> = [] {
+    using A = SensorAnswers;
+    return Table<A>{Member("startCalibrateResult", &A::startCalibrateResult),
+                    Member("startSelfTestResult", &A::startSelfTestResult),
+                    Member("calibrateDelayTime", &A::calibrateDelayTime),
+                    Member("selfTestDelayTime", &A::selfTestDelayTime),
+                    Member("calibrateResult", &A::calibrateResult), Member("selfTestResult", &A::selfTestResult),
+                    Member("calibrateType", &A::calibrateType), IdMap("sensorData", &A::sensorData, "a sensor id"),
+                    Member("flickerSupported", &A::flickerSupported), Member("parameter", &A::parameter),
+                    Member("activateResult", &A::activateResult),
+                    Member("compassRawValueLimit", &A::compassRawValueLimit)};
+}();
+
+// The sensors' answers with the light in front of a light sensor, which a profile gives
+// among them ("flicker").
+struct SensorsAndLight {
+    SensorAnswers sensors;
+    std::optional<FlickerLight> flicker;
+};
+
+template <>
+const Table<SensorsAndLight> kFields<SensorsAndLight> =
+        Concat(Within(&SensorsAndLight::sensors), {Member("flicker", &SensorsAndLight::flicker)});
+
+template <>
+const Table<PowerAnswers> kFields<PowerAnswers> = {Member("setPowerStateResult", &PowerAnswers::setPowerStateResult),
+                                                   Member("powerState", &PowerAnswers::powerState),
+                                                   Member("usbSpeed", &PowerAnswers::usbSpeed)};
+
+template <>
+const Table<LightAnswers> kFields<LightAnswers> = {Member("brightnessResult", &LightAnswers::brightnessResult)};
+
+template <>
+const Table<Capability> kFields<Capability> = {Required(Member("serviceType", &Capability::serviceType), ""),
+                                               Member("overtimes", &Capability::overtimes)};
+
+template <>
+const Table<VaelonAnswers> kFields<VaelonAnswers> = {Member("capabilities", &VaelonAnswers::capabilities),
+                                                     Member("registerResult", &VaelonAnswers::registerResult),
+                                                     Member("clientHandle", &VaelonAnswers::clientHandle),
+                                                     Member("unregisterResult", &VaelonAnswers::unregisterResult)};
+
+template <>
+const Table<VibratorAnswers> kFields<VibratorAnswers> = {Member("result", &VibratorAnswers::result)};
+
+// Calls `use` with the family's answers (the sensors' with the light, as a copy).
+template <typename P, typename Use>
+auto WithAnswers(P& profile, Family family, Use use) {
+    switch (family) {
+        case Family::kFactory: return use(profile.factory);
+        case Family::kDisplay: return use(profile.display);
+        case Family::kTouchScreen: return use(profile.touchScreen);
+        case Family::kFingerprint: return use(profile.fingerprint);
+        case Family::kPower: return use(profile.power);
+        case Family::kLight: return use(profile.light);
+        case Family::kVaelon: return use(profile.vaelon);
+        case Family::kVibrator: return use(profile.vibrator);
+        case Family::kSensors: break;
     }
-    j["deviceInfo"] = others;
-    j["setDeviceInfoResult"] = a.setDeviceInfoResult;
-    j["manufactureMode"] = a.manufactureMode;
-    j["featuresCheckResult"] = a.featuresCheckResult;
-    j["clearDeviceInfoResult"] = a.clearDeviceInfoResult;
-    j["releaseFactoryResourceResult"] = a.releaseFactoryResourceResult;
-    j["mmiTestResultResult"] = a.mmiTestResultResult;
-    json flags = json::object();
-    for (const auto& [station, reply] : a.stationFlags) flags[std::to_string(station)] = TextReplyJson(reply);
-    j["stationFlags"] = flags;
-    j["commandDataResult"] = a.commandDataResult;
-    j["fmdCmdDataResult"] = a.fmdCmdDataResult;
-    j["fmdMessageResult"] = a.fmdMessageResult;
-    j["oeminfo"] = TextReplyJson(TextReply{a.oeminfoRet, a.oeminfo});
-    return j;
+    SensorsAndLight sensors{profile.sensors, profile.flicker};
+    return use(sensors);
 }
-
-void ReadDisplay(const Reader& reader, const json& value, const std::string& path, DisplayAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("screenCurrentFps", TextReplyInto(reader, a.screenCurrentFps));
-    f.Optional("selectStationResult", IntInto(reader, a.selectStationResult));
-    f.Optional("screenConfig", TextReplyInto(reader, a.screenConfig));
-    f.Optional("displayParameter", TextReplyInto(reader, a.displayParameter));
-    f.Optional("backLightResult", IntInto(reader, a.backLightResult));
-    f.Optional("panelTypeRet", IntInto(reader, a.panelTypeRet));
-    f.Optional("panelType", IntInto(reader, a.panelType));
-    f.Optional("selfAdaptMinFpsResult", IntInto(reader, a.selfAdaptMinFpsResult));
-    f.RejectOthers();
-}
-
-json DisplayJson(const DisplayAnswers& a) {
-    return json{{"screenCurrentFps", TextReplyJson(a.screenCurrentFps)},
-                {"selectStationResult", a.selectStationResult},
-                {"screenConfig", TextReplyJson(a.screenConfig)},
-                {"displayParameter", TextReplyJson(a.displayParameter)},
-                {"backLightResult", a.backLightResult},
-                {"panelTypeRet", a.panelTypeRet},
-                {"panelType", a.panelType},
-                {"selfAdaptMinFpsResult", a.selfAdaptMinFpsResult}};
-}
-
-void ReadTouchScreen(const Reader& reader, const json& value, const std::string& path, TouchScreenAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("capacitanceTest", TextReplyInto(reader, a.capacitanceTest));
-    f.Optional("capacitanceCalibrate", TextReplyInto(reader, a.capacitanceCalibrate));
-    f.Optional("rotateCrown", TextReplyInto(reader, a.rotateCrown));
-    f.Optional("featureConfigResult", IntInto(reader, a.featureConfigResult));
-    f.RejectOthers();
-}
-
-json TouchScreenJson(const TouchScreenAnswers& a) {
-    return json{{"capacitanceTest", TextReplyJson(a.capacitanceTest)},
-                {"capacitanceCalibrate", TextReplyJson(a.capacitanceCalibrate)},
-                {"rotateCrown", TextReplyJson(a.rotateCrown)},
-                {"featureConfigResult", a.featureConfigResult}};
-}
-
-void ReadFingerprint(const Reader& reader, const json& value, const std::string& path, FingerprintAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("cmdResult", IntInto(reader, a.cmdResult));
-    f.RejectOthers();
-}
-
-json FingerprintJson(const FingerprintAnswers& a) { return json{{"cmdResult", a.cmdResult}}; }
-
-DataReply ReadDataReply(const Reader& reader, const json& value, const std::string& path) {
-    if (value.is_array()) return DataReply{0, ReadInts(reader, value, path)};
-    if (!value.is_object()) {
-        reader.Fail(path, "expected an array of integers or {\"result\": ..., \"data\": [...]}, not " + Describe(value));
-    }
-    DataReply reply;
-    Fields f(reader, value, path);
-    f.Optional("result", IntInto(reader, reply.result));
-    f.Optional("data", [&](const json& v, const std::string& p) { reply.data = ReadInts(reader, v, p); });
-    f.RejectOthers();
-    return reply;
-}
-
-json DataReplyJson(const DataReply& reply) {
-    if (reply.result == 0) return reply.data;
-    return json{{"result", reply.result}, {"data", reply.data}};
-}
-
-FlickerLight ReadFlicker(const Reader& reader, const json& value, const std::string& path) {
-    FlickerLight flicker;
-    flicker.light = LightSource{0.0, 100.0, 1000.0, 0.0, 1};
-    Fields f(reader, value, path);
-    f.Required("sensorId", "the light sensor the light shines on",
-               [&](const json& v, const std::string& p) { flicker.sensorId = ReadInt(reader, v, p); });
-    f.Required("frequencyHz", "the flicker frequency", [&](const json& v, const std::string& p) {
-        flicker.light.frequencyHz = ReadNumber(reader, v, p);
-        if (!(flicker.light.frequencyHz >= 0.0 && flicker.light.frequencyHz < kFlickerSampleRate / 2)) {
-            reader.Fail(p, "the frequency must be at least 0 and below 500 (half the 1000 Hz sampling rate), not " +
-                                   v.dump());
-        }
-    });
-    f.Optional("amplitude", [&](const json& v, const std::string& p) {
-        flicker.light.amplitude = ReadNumber(reader, v, p);
-        if (flicker.light.amplitude < 0.0) reader.Fail(p, "the amplitude must not be negative");
-    });
-    f.Optional("offset", [&](const json& v, const std::string& p) { flicker.light.offset = ReadNumber(reader, v, p); });
-    f.Optional("noise", [&](const json& v, const std::string& p) {
-        flicker.light.noise = ReadNumber(reader, v, p);
-        if (flicker.light.noise < 0.0) reader.Fail(p, "the noise (a standard deviation) must not be negative");
-    });
-    f.Optional("seed", [&](const json& v, const std::string& p) { flicker.light.seed = ReadUnsigned(reader, v, p); });
-    f.RejectOthers();
-    return flicker;
-}
-
-json FlickerJson(const FlickerLight& flicker) {
-    return json{{"sensorId", flicker.sensorId},         {"frequencyHz", flicker.light.frequencyHz},
-                {"amplitude", flicker.light.amplitude}, {"offset", flicker.light.offset},
-                {"noise", flicker.light.noise},         {"seed", flicker.light.seed}};
-}
-
-void ReadSensors(const Reader& reader, const json& value, const std::string& path, SensorAnswers& a,
-                 std::optional<FlickerLight>& flicker) {
-    Fields f(reader, value, path);
-    f.Optional("startCalibrateResult", IntInto(reader, a.startCalibrateResult));
-    f.Optional("startSelfTestResult", IntInto(reader, a.startSelfTestResult));
-    f.Optional("calibrateDelayTime", IntInto(reader, a.calibrateDelayTime));
-    f.Optional("selfTestDelayTime", IntInto(reader, a.selfTestDelayTime));
-    f.Optional("calibrateResult", IntInto(reader, a.calibrateResult));
-    f.Optional("selfTestResult", IntInto(reader, a.selfTestResult));
-    f.Optional("calibrateType", TextReplyInto(reader, a.calibrateType));
-    f.Optional("sensorData", [&](const json& v, const std::string& p) {
-        ReadIdMap<DataReply>(reader, v, p, "a sensor id", a.sensorData,
-                             [&](const json& e, const std::string& ep) { return ReadDataReply(reader, e, ep); });
-    });
-    f.Optional("flickerSupported", BoolInto(reader, a.flickerSupported));
-    f.Optional("parameter", [&](const json& v, const std::string& p) {
-        Fields pf(reader, v, p);
-        pf.Optional("ret", IntInto(reader, a.parameter.ret));
-        pf.Optional("para", StringInto(reader, a.parameter.para));
-        pf.Optional("data", [&](const json& dv, const std::string& dp) { a.parameter.data = ReadInts(reader, dv, dp); });
-        pf.Optional("keepCallerData", BoolInto(reader, a.parameter.keepCallerData));
-        pf.RejectOthers();
-    });
-    f.Optional("activateResult", IntInto(reader, a.activateResult));
-    f.Optional("compassRawValueLimit", IntInto(reader, a.compassRawValueLimit));
-    f.Optional("flicker", [&](const json& v, const std::string& p) {
-        if (v.is_null()) {
-            flicker.reset();
-            return;
-        }
-        flicker = ReadFlicker(reader, v, p);
-    });
-    f.RejectOthers();
-    if (flicker && a.sensorData.count(flicker->sensorId) != 0) {
-        reader.Fail(Join(Join(path, "sensorData"), std::to_string(flicker->sensorId)),
-                    "sensor " + std::to_string(flicker->sensorId) +
-                            " is the flicker light's sensor (flicker.sensorId), whose data the light gives; "
-                            "give it in one place");
-    }
-}
-
-json SensorsJson(const SensorAnswers& a, const std::optional<FlickerLight>& flicker) {
-    json data = json::object();
-    for (const auto& [sensor, reply] : a.sensorData) data[std::to_string(sensor)] = DataReplyJson(reply);
-    return json{{"startCalibrateResult", a.startCalibrateResult},
-                {"startSelfTestResult", a.startSelfTestResult},
-                {"calibrateDelayTime", a.calibrateDelayTime},
-                {"selfTestDelayTime", a.selfTestDelayTime},
-                {"calibrateResult", a.calibrateResult},
-                {"selfTestResult", a.selfTestResult},
-                {"calibrateType", TextReplyJson(a.calibrateType)},
-                {"sensorData", data},
-                {"flickerSupported", a.flickerSupported},
-                {"parameter",
-                 {{"ret", a.parameter.ret},
-                  {"para", a.parameter.para},
-                  {"data", a.parameter.data},
-                  {"keepCallerData", a.parameter.keepCallerData}}},
-                {"activateResult", a.activateResult},
-                {"compassRawValueLimit", a.compassRawValueLimit},
-                {"flicker", flicker ? FlickerJson(*flicker) : json(nullptr)}};
-}
-
-void ReadPower(const Reader& reader, const json& value, const std::string& path, PowerAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("setPowerStateResult", IntInto(reader, a.setPowerStateResult));
-    f.Optional("powerState", TextReplyInto(reader, a.powerState));
-    f.Optional("usbSpeed", TextReplyInto(reader, a.usbSpeed));
-    f.RejectOthers();
-}
-
-json PowerJson(const PowerAnswers& a) {
-    return json{{"setPowerStateResult", a.setPowerStateResult},
-                {"powerState", TextReplyJson(a.powerState)},
-                {"usbSpeed", TextReplyJson(a.usbSpeed)}};
-}
-
-void ReadLight(const Reader& reader, const json& value, const std::string& path, LightAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("brightnessResult", IntInto(reader, a.brightnessResult));
-    f.RejectOthers();
-}
-
-json LightJson(const LightAnswers& a) { return json{{"brightnessResult", a.brightnessResult}}; }
-
-void ReadVaelon(const Reader& reader, const json& value, const std::string& path, VaelonAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("capabilities", [&](const json& v, const std::string& p) {
-        RequireArray(reader, v, p);
-        a.capabilities.clear();
-        for (size_t i = 0; i < v.size(); ++i) {
-            Capability capability;
-            Fields cf(reader, v[i], Indexed(p, i));
-            cf.Required("serviceType", "", IntInto(reader, capability.serviceType));
-            cf.Optional("overtimes",
-                        [&](const json& ov, const std::string& op) { capability.overtimes = ReadInts(reader, ov, op); });
-            cf.RejectOthers();
-            a.capabilities.push_back(capability);
-        }
-    });
-    f.Optional("registerResult", IntInto(reader, a.registerResult));
-    f.Optional("clientHandle", IntInto(reader, a.clientHandle));
-    f.Optional("unregisterResult", IntInto(reader, a.unregisterResult));
-    f.RejectOthers();
-}
-
-json VaelonJson(const VaelonAnswers& a) {
-    json capabilities = json::array();
-    for (const Capability& capability : a.capabilities) {
-        capabilities.push_back(json{{"serviceType", capability.serviceType}, {"overtimes", capability.overtimes}});
-    }
-    return json{{"capabilities", capabilities},
-                {"registerResult", a.registerResult},
-                {"clientHandle", a.clientHandle},
-                {"unregisterResult", a.unregisterResult}};
-}
-
-void ReadVibrator(const Reader& reader, const json& value, const std::string& path, VibratorAnswers& a) {
-    Fields f(reader, value, path);
-    f.Optional("result", StringInto(reader, a.result));
-    f.RejectOthers();
-}
-
-json VibratorJson(const VibratorAnswers& a) { return json{{"result", a.result}}; }
 
 // Reads a family's answers over the defaults of its answer record.
 void ReadAnswers(const Reader& reader, Family family, const json& value, const std::string& path, Profile& profile) {
-    switch (family) {
-        case Family::kFactory: profile.factory = FactoryAnswers(); return ReadFactory(reader, value, path, profile.factory);
-        case Family::kDisplay: profile.display = DisplayAnswers(); return ReadDisplay(reader, value, path, profile.display);
-        case Family::kTouchScreen:
-            profile.touchScreen = TouchScreenAnswers();
-            return ReadTouchScreen(reader, value, path, profile.touchScreen);
-        case Family::kFingerprint:
-            profile.fingerprint = FingerprintAnswers();
-            return ReadFingerprint(reader, value, path, profile.fingerprint);
-        case Family::kSensors:
-            profile.sensors = SensorAnswers();
-            profile.flicker.reset();
-            return ReadSensors(reader, value, path, profile.sensors, profile.flicker);
-        case Family::kPower: profile.power = PowerAnswers(); return ReadPower(reader, value, path, profile.power);
-        case Family::kLight: profile.light = LightAnswers(); return ReadLight(reader, value, path, profile.light);
-        case Family::kVaelon: profile.vaelon = VaelonAnswers(); return ReadVaelon(reader, value, path, profile.vaelon);
-        case Family::kVibrator:
-            profile.vibrator = VibratorAnswers();
-            return ReadVibrator(reader, value, path, profile.vibrator);
-    }
+    WithAnswers(profile, family, [&](auto& answers) {
+        answers = std::decay_t<decltype(answers)>();
+        ReadRecord(reader, value, path, answers);
+        if constexpr (std::is_same_v<std::decay_t<decltype(answers)>, SensorsAndLight>) {
+            const std::optional<FlickerLight>& flicker = answers.flicker;
+            if (flicker && answers.sensors.sensorData.count(flicker->sensorId) != 0) {
+                const std::string sensor = std::to_string(flicker->sensorId);
+                reader.Fail(Join(Join(path, "sensorData"), sensor),
+                            "sensor " + sensor + " is the flicker light's sensor (flicker.sensorId), whose data the "
+                                                 "light gives; give it in one place");
+            }
+            profile.sensors = answers.sensors;
+            profile.flicker = answers.flicker;
+        }
+    });
 }
 
 json AnswersJson(const Profile& profile, Family family) {
-    switch (family) {
-        case Family::kFactory: return FactoryJson(profile.factory);
-        case Family::kDisplay: return DisplayJson(profile.display);
-        case Family::kTouchScreen: return TouchScreenJson(profile.touchScreen);
-        case Family::kFingerprint: return FingerprintJson(profile.fingerprint);
-        case Family::kSensors: return SensorsJson(profile.sensors, profile.flicker);
-        case Family::kPower: return PowerJson(profile.power);
-        case Family::kLight: return LightJson(profile.light);
-        case Family::kVaelon: return VaelonJson(profile.vaelon);
-        case Family::kVibrator: return VibratorJson(profile.vibrator);
-    }
-    return json::object();
+    return WithAnswers(profile, family, [](const auto& answers) { return WriteRecord(answers); });
 }
 
 // ---------------------------------------------------------------------------------------
 // Faults of a family's services
 
-// Each key of a family's "faults" object, named once here: where its value lives. Reading
-// and writing both walk this list.
-using FaultValue = std::variant<bool*, int32_t*>;
-struct FaultKey {
-    const char* key;
-    FaultValue (*at)(Profile& profile, Family family);
+// A family's "faults": how its services misbehave, and their late start.
+struct FaultsAndStart {
+    ServiceFaults faults;
+    int32_t lateStartMs = 0;
 };
 
-const std::vector<FaultKey>& FaultKeys() {
-    static const std::vector<FaultKey> keys = {
-            {"failCalls", [](Profile& p, Family f) -> FaultValue { return &p.faultsOf(f).failCalls; }},
-            {"skipCallbacks", [](Profile& p, Family f) -> FaultValue { return &p.faultsOf(f).skipCallbacks; }},
-            {"latencyMs", [](Profile& p, Family f) -> FaultValue { return &p.faultsOf(f).latencyMs; }},
-            {"lateStartMs", [](Profile& p, Family f) -> FaultValue { return &p.device[f].lateStartMs; }},
-    };
-    return keys;
+std::string NotNegativeTime(int32_t millis, const json&) {
+    return millis < 0 ? "a time in milliseconds must not be negative" : "";
 }
 
+template <>
+const Table<ServiceFaults> kFields<ServiceFaults> = {Member("failCalls", &ServiceFaults::failCalls),
+                                                     Member("skipCallbacks", &ServiceFaults::skipCallbacks),
+                                                     Member("latencyMs", &ServiceFaults::latencyMs, NotNegativeTime)};
+
+template <>
+const Table<FaultsAndStart> kFields<FaultsAndStart> = Concat(
+        Within(&FaultsAndStart::faults), {Member("lateStartMs", &FaultsAndStart::lateStartMs, NotNegativeTime)});
+
 void ReadFaults(const Reader& reader, Family family, const json& value, const std::string& path, Profile& profile) {
-    Fields f(reader, value, path);
-    for (const FaultKey& key : FaultKeys()) {
-        f.Optional(key.key, [&](const json& v, const std::string& p) {
-            const FaultValue at = key.at(profile, family);
-            if (std::holds_alternative<bool*>(at)) {
-                *std::get<bool*>(at) = ReadBool(reader, v, p);
-                return;
-            }
-            const int32_t millis = ReadInt(reader, v, p);
-            if (millis < 0) reader.Fail(p, "a time in milliseconds must not be negative");
-            *std::get<int32_t*>(at) = millis;
-        });
-    }
-    f.RejectOthers();
-    if (profile.faultsOf(family).skipCallbacks && profile.device[family].transport != Transport::kHidl) {
+    FaultsAndStart read{profile.faultsOf(family), profile.device[family].lateStartMs};
+    ReadRecord(reader, value, path, read);
+    if (read.faults.skipCallbacks && profile.device[family].transport != Transport::kHidl) {
         reader.Fail(Join(path, "skipCallbacks"), "only a HIDL service answers through result callbacks");
     }
+    profile.faultsOf(family) = read.faults;
+    profile.device[family].lateStartMs = read.lateStartMs;
 }
 
 json FaultsJson(const Profile& profile, Family family) {
-    json j = json::object();
-    // The keys' places are only read here.
-    Profile& readable = const_cast<Profile&>(profile);
-    for (const FaultKey& key : FaultKeys()) {
-        std::visit([&](auto* value) { j[key.key] = *value; }, key.at(readable, family));
-    }
-    return j;
+    return WriteRecord(FaultsAndStart{profile.faultsOf(family), profile.device[family].lateStartMs});
 }
 
 // ---------------------------------------------------------------------------------------
@@ -801,15 +801,14 @@ void ReadFamily(const Reader& reader, Family family, const json& value, const st
     f.Optional("extension", [&](const json& v, const std::string& p) {
         if (family != Family::kVibrator || !aidl) reader.Fail(p, "only for an AIDL vibrator service");
         const std::string extension = ReadString(reader, v, p);
-        if (extension == "custVibrator") {
-            config.vibratorExtension = VibratorExtension::kCustVibrator;
-        } else if (extension == "none") {
-            config.vibratorExtension = VibratorExtension::kNone;
-        } else if (extension == "other") {
-            config.vibratorExtension = VibratorExtension::kOtherInterface;
-        } else {
-            reader.Fail(p, "expected \"custVibrator\", \"none\" or \"other\", not \"" + extension + "\"");
+        for (VibratorExtension known :
+             {VibratorExtension::kCustVibrator, VibratorExtension::kNone, VibratorExtension::kOtherInterface}) {
+            if (extension == ExtensionText(known)) {
+                config.vibratorExtension = known;
+                return;
+            }
         }
+        reader.Fail(p, "expected \"custVibrator\", \"none\" or \"other\", not \"" + extension + "\"");
     });
     f.Optional("answers", [&](const json& v, const std::string& p) { ReadAnswers(reader, family, v, p, profile); });
     f.Optional("faults", [&](const json& v, const std::string& p) {
@@ -865,12 +864,19 @@ std::string StemOf(const std::string& source) {
     return stem;
 }
 
-std::vector<std::string> SplitKey(const std::string& key) {
+// The parts of a key path below a family's answers; a device-info item with a name of its
+// own ("deviceInfo.0") is that name ("serialNumber").
+std::vector<std::string> SplitKey(Family family, const std::string& key) {
     std::vector<std::string> parts;
     std::string part;
     std::istringstream stream(key);
     while (std::getline(stream, part, '.')) parts.push_back(part);
     if (!key.empty() && key.back() == '.') parts.emplace_back();
+    if (family == Family::kFactory && parts.size() == 2 && parts[0] == "deviceInfo") {
+        for (const auto& [alias, item] : DeviceInfoAliases()) {
+            if (parts[1] == std::to_string(item)) parts = {alias};
+        }
+    }
     return parts;
 }
 
@@ -929,7 +935,8 @@ Profile ParseProfile(const std::string& text, const std::string& source) {
         profile.name = ReadString(reader, v, p);
         if (profile.name.empty()) reader.Fail(p, "the name must not be empty");
     });
-    top.Optional("description", StringInto(reader, profile.description));
+    top.Optional("description",
+                 [&](const json& v, const std::string& p) { profile.description = ReadString(reader, v, p); });
     top.Required("families", "an object with the service of each family: " + FamilyList(),
                  [&](const json& families, const std::string& path) {
                      RequireObject(reader, families, path);
@@ -1044,15 +1051,9 @@ void SetAnswer(Profile& profile, const std::string& familyName, const std::strin
     } catch (const json::parse_error&) {
         reader.Fail(Join(familyName, key), "the value is not valid JSON: " + jsonValue);
     }
-    std::vector<std::string> parts = SplitKey(key);
+    const std::vector<std::string> parts = SplitKey(family, key);
     if (parts.empty() || std::any_of(parts.begin(), parts.end(), [](const std::string& p) { return p.empty(); })) {
         reader.Fail(familyName, "\"" + key + "\" is not a key path (names joined by dots, such as \"stationFlags.3\")");
-    }
-    // Device-info items with names of their own are set by that name.
-    if (family == Family::kFactory && parts.size() == 2 && parts[0] == "deviceInfo") {
-        for (const auto& [alias, item] : DeviceInfoAliases()) {
-            if (parts[1] == std::to_string(item)) parts = {alias};
-        }
     }
     json answers = AnswersJson(profile, family);
     json* node = &answers;
@@ -1079,15 +1080,9 @@ std::string GetAnswer(const Profile& profile, const std::string& familyName, con
     const Family family = FamilyByName(reader, familyName, familyName);
     json answers = AnswersJson(profile, family);
     if (key.empty()) return answers.dump();
-    std::vector<std::string> parts = SplitKey(key);
-    if (family == Family::kFactory && parts.size() == 2 && parts[0] == "deviceInfo") {
-        for (const auto& [alias, item] : DeviceInfoAliases()) {
-            if (parts[1] == std::to_string(item)) parts = {alias};
-        }
-    }
     const json* node = &answers;
     std::string path = familyName;
-    for (const std::string& part : parts) {
+    for (const std::string& part : SplitKey(family, key)) {
         path = Join(path, part);
         if (!node->is_object() || !node->contains(part)) reader.Fail(path, "no such answer");
         node = &(*node)[part];

@@ -1,5 +1,5 @@
-// The detector's functions at their edges, against expected values and
-// against the literal transcription.
+// The detector's functions at their edges, against expected values and against the literal
+// transcription.
 #include <gtest/gtest.h>
 #include <hostcontrol/securec_faults.h>
 #include <securec.h>
@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -29,8 +30,8 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 // The record has the documented layout, field for field.
 static_assert(sizeof(AlgoContext) == 17804 && sizeof(AlgoContext) == sizeof(ref::AlgoContext), "record size");
 static_assert(offsetof(AlgoContext, fftInput) == offsetof(ref::AlgoContext, fftInput) &&
-                  offsetof(AlgoContext, cosTable) == offsetof(ref::AlgoContext, cosTable) &&
-                  offsetof(AlgoContext, imagPart) == offsetof(ref::AlgoContext, imagPart),
+                      offsetof(AlgoContext, cosTable) == offsetof(ref::AlgoContext, cosTable) &&
+                      offsetof(AlgoContext, imagPart) == offsetof(ref::AlgoContext, imagPart),
               "record layout");
 
 struct ClearFaults {
@@ -44,6 +45,12 @@ struct Records {
     Records() {
         std::memset(&lib, 0, sizeof(lib));
         std::memset(&literal, 0, sizeof(literal));
+    }
+    // Sets a field of both records.
+    template <typename Set>
+    void Both(Set set) {
+        set(lib);
+        set(literal);
     }
     bool Same() const { return std::memcmp(&lib, &literal, sizeof(lib)) == 0; }
 };
@@ -64,7 +71,54 @@ void Noise(int* samples, unsigned seed, bool huge) {
     }
 }
 
-TEST(BandingLpf, HistoryCountsAndRounding) {
+// The library's BandingLpf on a record's arrays, and the literal one (an unqualified call on
+// int arrays finds only the library's).
+int Filter(AlgoContext& c, int count) { return BandingLpf(c.rawData, c.filteredData, count); }
+int Filter(ref::AlgoContext& c, int count) { return ref::BandingLpf(c.rawData, c.filteredData, count); }
+
+// Runs a step on both records and compares the results and the whole records. The step is a
+// generic lambda: its unqualified calls on the literal record find the literal functions by
+// argument-dependent lookup.
+template <typename Step>
+void ExpectSame(Records& r, const char* what, Step step) {
+    SCOPED_TRACE(what);
+    const int lib = step(r.lib);
+    EXPECT_EQ(lib, step(r.literal));
+    EXPECT_TRUE(r.Same());
+}
+
+// Every step of the record on prepared records of any window length, transform size, sample
+// rate and content (overflowing the filter too), one after the other.
+TEST(FlickerRecord, EveryStepMatchesTheLiteralTranscription) {
+    const int lengths[] = {256, 1, 0, -4, 2, 3, 255, 300};
+    const int sizes[] = {1024, 1, 4, 7, 37, 500, 1000, 0, -5};
+    const float rates[] = {1000.0f, 44100.0f, -1000.0f};
+    const int counts[] = {256, 3, 300, 37, 2, 1};
+    for (int i = 0; i < 24; ++i) {
+        SCOPED_TRACE("record " + std::to_string(i));
+        int samples[256];
+        Noise(samples, 1000u + i, i % 3 == 0);
+        Tone(samples, 30.0 + 37.0 * i, 5000.0, 0.0, true);
+        Records r;
+        ExpectSame(r, "prepare", [&](auto& c) {
+            PrepareFrequenceDetectAlgo(c, samples, lengths[i % 8], rates[i % 3]);
+            return 0;
+        });
+        r.Both([&](auto& c) {
+            c.fftSize = sizes[i % 9];
+            Noise(c.fftInput, 7u * i, i % 2 == 0);
+            Noise(c.filteredData, 11u * i, i % 4 == 0);
+        });
+        ExpectSame(r, "cosine table", [](auto& c) { return InitFftCoef(c), 0; });
+        ExpectSame(r, "window", [](auto& c) { return InitHammingWindowFiltert(c), 0; });
+        ExpectSame(r, "window step", [](auto& c) { return ProcessHammingWindowFilter(c), 0; });
+        ExpectSame(r, "transform", [](auto& c) { return AnalyseDataWithFft(c); });
+        ExpectSame(r, "detection on a copy", [](auto& c) { return CaclueFrequency(c); });
+        ExpectSame(r, "filter", [&](auto& c) { return Filter(c, counts[i % 6]); });
+    }
+}
+
+TEST(BandingLpf, HistoryCountsRoundingAndWrapping) {
     int in[300] = {-77, 123456, 999, 4000};
     for (int count : {1, 2, 3}) {
         int out[300];
@@ -76,39 +130,25 @@ TEST(BandingLpf, HistoryCountsAndRounding) {
         EXPECT_EQ(out[2], count == 3 ? first : kUntouched);
         EXPECT_EQ(out[3], kUntouched);
     }
-    // With in[1] = 0 the first sum is -637 * in[0] + 20 * in[2]; it divides toward zero.
-    const int sums[][2] = {{-1023, 0}, {-1024, -1}, {-1025, -1}, {-2048, -2}, {1023, 0}, {1024, 1}};
-    for (const auto& c : sums) {
-        int a = 0;
-        while ((c[0] + 637 * a) % 20 != 0) ++a;
-        int history[300] = {a, 0, (c[0] + 637 * a) / 20};
+    // Inputs {a, b, c} and the one output of count 3: sums divide toward zero (with b = 0 the
+    // sum is 20c - 637a) and wrap like 32-bit arithmetic.
+    const int cases[][4] = {{19, 0, 554, 0},                 // sum -1023
+                            {12, 0, 331, -1},                // -1024
+                            {5, 0, 108, -1},                 // -1025
+                            {4, 0, 25, -2},                  // -2048
+                            {1, 0, 83, 0},                   // 1023
+                            {8, 0, 306, 1},                  // 1024
+                            {kIntMax, kIntMax, kIntMax, 0},  // 1022 * INT_MAX is -1022 modulo 2^32
+                            {0, 0, 1 << 27, (kIntMin + (1 << 29)) / 1024}};  // 20 * 2^27 = 2^31 + 2^29
+    for (const auto& c : cases) {
+        int input[300] = {c[0], c[1], c[2]};
         int out[300] = {}, literal[300] = {};
-        EXPECT_EQ(BandingLpf(history, out, 3), 0);
-        ref::BandingLpf(history, literal, 3);
-        EXPECT_EQ(out[2], c[1]) << "sum " << c[0];
-        EXPECT_EQ(literal[2], c[1]) << "sum " << c[0];
+        EXPECT_EQ(BandingLpf(input, out, 3), 0);
+        ref::BandingLpf(input, literal, 3);
+        EXPECT_EQ(out[2], c[3]) << c[0] << ", " << c[1] << ", " << c[2];
+        EXPECT_EQ(literal[2], c[3]) << c[0] << ", " << c[1] << ", " << c[2];
     }
-    // The sum wraps like 32-bit arithmetic: 1022 * INT_MAX is -1022 modulo 2^32.
-    int big[300] = {kIntMax, kIntMax, kIntMax};
-    int out[300] = {};
-    BandingLpf(big, out, 3);
-    EXPECT_EQ(out[2], 0);
-    int wrap[300] = {0, 0, 1 << 27};  // 20 * 2^27 = 2^31 + 2^29
-    BandingLpf(wrap, out, 3);
-    EXPECT_EQ(out[2], (kIntMin + (1 << 29)) / 1024);
-}
-
-TEST(BandingLpf, MatchesTheLiteralAndRejectsFailedClearing) {
-    for (unsigned seed = 0; seed < 200; ++seed) {
-        int in[300] = {};
-        Noise(in, seed, seed % 2 == 1);
-        const int count = 3 + static_cast<int>(seed * 37 % 298);
-        int out[300] = {}, literal[300] = {};
-        ASSERT_EQ(BandingLpf(in, out, count), ref::BandingLpf(in, literal, count));
-        ASSERT_EQ(std::memcmp(out, literal, sizeof(out)), 0) << "seed " << seed << " count " << count;
-    }
-    ClearFaults guard;
-    int in[300] = {5, 6};
+    ClearFaults guard;  // refused: the output untouched
     for (int count : {0, -1, 301, 256}) {
         if (count == 256) hostcontrol::FailNextMemset(SECUREC_EINVAL);
         int out[300];
@@ -119,7 +159,7 @@ TEST(BandingLpf, MatchesTheLiteralAndRejectsFailedClearing) {
     }
 }
 
-TEST(FlickerRecord, ClearingPreparationAndTablesMatchTheLiteral) {
+TEST(FlickerRecord, ClearingTheWindowAndTheWindowStep) {
     ClearFaults guard;
     AlgoContext record;
     std::memset(&record, 0xAB, sizeof(record));
@@ -130,105 +170,58 @@ TEST(FlickerRecord, ClearingPreparationAndTablesMatchTheLiteral) {
     EXPECT_TRUE(std::all_of(reinterpret_cast<unsigned char*>(&record), reinterpret_cast<unsigned char*>(&record + 1),
                             [](unsigned char b) { return b == 0; }));
 
-    int samples[256];
-    Tone(samples, 77.5, 9000.0, 20000.0);
-    for (int length : {256, 1, 0, -4, 2, 3, 255, 300}) {
-        Records r;
-        PrepareFrequenceDetectAlgo(r.lib, samples, length, 1000.0f);
-        ref::PrepareFrequenceDetectAlgo(r.literal, samples, length, 1000.0f);
-        EXPECT_TRUE(r.Same()) << "window length " << length;
-        EXPECT_EQ(length == 1, std::isnan(r.lib.hammingCoef[0])) << "0/0 only for length 1";
-        // The stand-alone steps give the same tables and leave other entries alone.
-        AlgoContext alone{};
-        alone.fftSize = 1024;
-        alone.windowLength = length;
-        alone.hammingCoef[std::max(length, 0) % 300] = 7.0f;
-        InitFftCoef(alone);
-        InitHammingWindowFiltert(alone);
-        EXPECT_EQ(std::memcmp(alone.cosTable, r.lib.cosTable, sizeof(alone.cosTable)), 0);
-        EXPECT_EQ(std::memcmp(alone.hammingCoef, r.lib.hammingCoef, sizeof(float) * std::max(length, 0)), 0);
-        if (length < 300) {
-            EXPECT_EQ(alone.hammingCoef[std::max(length, 0)], 7.0f) << "window length " << length;
-        }
-    }
-    for (int size : {1, 7, 1000, 0, -5}) {
-        Records r;
-        r.lib.cosTable[std::max(size, 0)] = r.literal.cosTable[std::max(size, 0)] = 7.0f;
-        r.lib.fftSize = r.literal.fftSize = size;
-        InitFftCoef(r.lib);
-        ref::InitFftCoef(r.literal);
-        EXPECT_TRUE(r.Same()) << "fftSize " << size;
-        EXPECT_EQ(r.lib.cosTable[std::max(size, 0)], 7.0f) << "fftSize " << size;
-    }
-    AlgoContext window{};
-    window.windowLength = 256;
-    InitHammingWindowFiltert(window);
-    EXPECT_NEAR(window.hammingCoef[0], 0.08f, 1e-6f);
-    EXPECT_NEAR(window.hammingCoef[255], 0.08f, 1e-6f);
-    EXPECT_GT(window.hammingCoef[127], 0.9999f);
-}
+    // Symmetric, 0.08 at both ends; the window of one sample is 0/0.
+    int samples[256] = {};
+    PrepareFrequenceDetectAlgo(record, samples, 256, 1000.0f);
+    EXPECT_NEAR(record.hammingCoef[0], 0.08f, 1e-6f);
+    EXPECT_NEAR(record.hammingCoef[255], 0.08f, 1e-6f);
+    EXPECT_GT(record.hammingCoef[127], 0.9999f);
+    PrepareFrequenceDetectAlgo(record, samples, 1, 1000.0f);
+    EXPECT_TRUE(std::isnan(record.hammingCoef[0]));
 
-TEST(FlickerRecord, WindowStepTruncatesSaturatesAndZeroesNaN) {
-    Records r;
+    // The window step truncates, saturates and gives 0 for NaN.
     const float coef[] = {kNaN, 1.0f, 1.0f, 2.0f, -0.5f, 0.08f, 0.999f};
     const int data[] = {123, kIntMax, kIntMin, kIntMin, 7, -99, 1000, 555};
     const int expected[] = {0, kIntMax, kIntMin, kIntMin, -3, -7, 999, 555};  // index 7 is outside the window
-    std::memcpy(r.lib.hammingCoef, coef, sizeof(coef));
-    std::memcpy(r.literal.hammingCoef, coef, sizeof(coef));
-    std::memcpy(r.lib.filteredData, data, sizeof(data));
-    std::memcpy(r.literal.filteredData, data, sizeof(data));
-    r.lib.windowLength = r.literal.windowLength = 7;
-    ProcessHammingWindowFilter(r.lib);
-    ref::ProcessHammingWindowFilter(r.literal);
+    Records r;
+    r.Both([&](auto& c) {
+        std::memcpy(c.hammingCoef, coef, sizeof(coef));
+        std::memcpy(c.filteredData, data, sizeof(data));
+        c.windowLength = 7;
+    });
+    ExpectSame(r, "window step", [](auto& c) { return ProcessHammingWindowFilter(c), 0; });
     for (int i = 0; i < 8; ++i) EXPECT_EQ(r.lib.filteredData[i], expected[i]) << "index " << i;
-    EXPECT_TRUE(r.Same());
 }
 
 // With x[1] = 1 as the only input, bin k has cosTable[k] as its real part and
 // -cosTable[(768 + k) mod 1024] as its imaginary part: the table sets the magnitudes.
-int PeakOfTable(std::vector<std::pair<int, float>> entries, AlgoContext* out = nullptr, int size = 1024,
-                float rate = 1000.0f) {
-    AlgoContext record{};
-    record.fftSize = size;
-    record.sampleRate = rate;
-    record.fftInput[1] = 1;
-    for (const auto& e : entries) record.cosTable[e.first] = e.second;
-    const int frequency = AnalyseDataWithFft(record);
-    if (out != nullptr) *out = record;
-    return frequency;
-}
-
 TEST(AnalyseDataWithFft, PeakSearchRules) {
-    AlgoContext record;
-    EXPECT_EQ(PeakOfTable({}, &record), 0);  // nothing above zero
-    EXPECT_TRUE(std::all_of(std::begin(record.magnitude), std::end(record.magnitude), [](float m) { return m == 0; }));
-    // Bins 150 (cosine), 406 (sine of entry 150) and 300 tie: the lowest wins, 146.48 Hz.
-    EXPECT_EQ(PeakOfTable({{150, 3.0f}, {300, 3.0f}}, &record), 146);
-    EXPECT_EQ(record.magnitude[406], 3.0f);
-    EXPECT_EQ(PeakOfTable({{150, 3.0f}, {300, 3.0f}, {400, 3.0001f}}), 390);  // only larger wins
-    // Bin 5 (sine of entry 773) and bin 499 are computed but never candidates.
-    EXPECT_EQ(PeakOfTable({{773, 100.0f}, {499, 100.0f}}, &record), 0);
-    EXPECT_EQ(record.magnitude[5], 100.0f);
-    EXPECT_EQ(record.magnitude[499], 100.0f);
-    EXPECT_EQ(PeakOfTable({{773, 100.0f}, {499, 100.0f}, {200, 1.0f}}), 195);
-    // 12 points at rate 100: entry 3 peaks bins 3, 15, 27 (cosine) and 30
-    // (sine). 27 * (100 / 12) is 224.99998 in float; 27 * 100 / 12 would be 225.
-    EXPECT_EQ(PeakOfTable({{3, 5.0f}}, &record, 12, 100.0f), 224);
-    EXPECT_EQ(record.magnitude[27], 5.0f);
-}
-
-TEST(AnalyseDataWithFft, WholeRecordMatchesTheLiteralForAnySize) {
-    for (int size : {1, 4, 37, 500, 1000, 1024}) {
-        int samples[256];
-        Noise(samples, static_cast<unsigned>(size), size % 2 == 0);
-        Records r;
-        for (int i = 0; i < 1024; ++i) r.lib.fftInput[i] = r.literal.fftInput[i] = samples[i % 256] / (1 + i % 7);
-        r.lib.fftSize = r.literal.fftSize = size;
-        r.lib.sampleRate = r.literal.sampleRate = 44100.0f;
-        InitFftCoef(r.lib);
-        ref::InitFftCoef(r.literal);
-        EXPECT_EQ(AnalyseDataWithFft(r.lib), ref::AnalyseDataWithFft(r.literal)) << "size " << size;
-        EXPECT_TRUE(r.Same()) << "size " << size;
+    const struct {
+        std::vector<std::pair<int, float>> table;  // cosine table entries set
+        int frequency;
+        std::vector<std::pair<int, float>> magnitudes;  // bins whose magnitude is checked
+        int size = 1024;
+        float rate = 1000.0f;
+    } cases[] = {
+            {{}, 0, {{100, 0.0f}, {300, 0.0f}}},  // nothing above zero
+            // Bins 150 (cosine), 406 (sine of entry 150) and 300 tie: the lowest wins, 146.48 Hz.
+            {{{150, 3.0f}, {300, 3.0f}}, 146, {{406, 3.0f}}},
+            {{{150, 3.0f}, {300, 3.0f}, {400, 3.0001f}}, 390, {}},  // only larger wins
+            // Bin 5 (sine of entry 773) and bin 499 are computed but never candidates.
+            {{{773, 100.0f}, {499, 100.0f}}, 0, {{5, 100.0f}, {499, 100.0f}}},
+            {{{773, 100.0f}, {499, 100.0f}, {200, 1.0f}}, 195, {}},
+            // 12 points at rate 100: entry 3 peaks bins 3, 15, 27 (cosine) and 30 (sine).
+            // 27 * (100 / 12) is 224.99998 in float; 27 * 100 / 12 would be 225.
+            {{{3, 5.0f}}, 224, {{27, 5.0f}}, 12, 100.0f},
+    };
+    for (const auto& c : cases) {
+        AlgoContext record{};
+        record.fftSize = c.size;
+        record.sampleRate = c.rate;
+        record.fftInput[1] = 1;
+        for (const auto& [entry, value] : c.table) record.cosTable[entry] = value;
+        EXPECT_EQ(AnalyseDataWithFft(record), c.frequency);
+        for (const auto& [bin, value] : c.magnitudes) EXPECT_EQ(record.magnitude[bin], value) << "bin " << bin;
     }
     AlgoContext record{};
     record.fftInput[0] = 5;
@@ -237,25 +230,6 @@ TEST(AnalyseDataWithFft, WholeRecordMatchesTheLiteralForAnySize) {
     const AlgoContext before = record;
     EXPECT_EQ(AnalyseDataWithFft(record), 0);
     EXPECT_EQ(std::memcmp(&before, &record, sizeof(record)), 0);
-}
-
-TEST(CaclueFrequency, MatchesTheLiteralAndLeavesTheCallersRecordAlone) {
-    for (int i = 0; i < 12; ++i) {
-        int samples[256];
-        Noise(samples, 1000u + i, i % 3 == 0);
-        Tone(samples, 30.0 + 37.0 * i, 5000.0, 0.0, true);
-        const int length = i % 4 ? 256 : 3 + 29 * i;
-        Records r;
-        PrepareFrequenceDetectAlgo(r.lib, samples, length, 1000.0f);
-        ref::PrepareFrequenceDetectAlgo(r.literal, samples, length, 1000.0f);
-        const AlgoContext before = r.lib;
-        const int frequency = CaclueFrequency(r.lib);
-        EXPECT_EQ(frequency, ref::CaclueFrequency(r.literal)) << "input " << i;
-        EXPECT_EQ(std::memcmp(&before, &r.lib, sizeof(before)), 0) << "input " << i;
-        int fast = -1;
-        ASSERT_EQ(DetectFlickerFrequence(samples, length, fast, 1000.0f), 0);
-        EXPECT_EQ(fast, frequency) << "input " << i;
-    }
 }
 
 TEST(CaclueFrequency, GoesOnWithTheOldOutputWhenTheFilterCannotClear) {
@@ -279,112 +253,89 @@ TEST(CaclueFrequency, GoesOnWithTheOldOutputWhenTheFilterCannotClear) {
     EXPECT_EQ(ref::CaclueFrequency(r.literal), 58);
 }
 
-// The literal transcription, the public entry and the kernel must all give
-// `rc` and, on success, `frequency`; on failure the frequency stays untouched.
-void ExpectDetection(FlickerKernel kernel, int (&samples)[256], int length, float rate, int rc, int frequency,
-                     const char* what) {
-    int literal = -777;
-    if (length <= 300) {
-        EXPECT_EQ(ref::DetectFlickerFrequence(samples, length, literal, rate), rc) << what;
-        EXPECT_EQ(literal, rc == 0 ? frequency : -777) << what << ": literal";
+// The documented results, on the literal transcription and on the public entry, and what the
+// magnitudes show of them. (Every kernel gives the literal transcription's bits: see the
+// identity test.)
+TEST(FlickerDetection, DocumentedResults) {
+    int silence[256] = {}, bin100[256], bins10And60[256], tie[256] = {10000, 1}, bin150[256];
+    Tone(bin100, 100.0, 20000.0, 30000.0);
+    Tone(bins10And60, 10.0, 30000.0);
+    Tone(bins10And60, 60.0, 10000.0, 0.0, true);
+    Tone(bin150, 150.0, 20000.0, 25000.0);
+    using Magnitudes = std::vector<float>;
+    const auto allZero = [](const Magnitudes& m) { return std::all_of(m.begin(), m.end(), [](float v) { return v == 0; }); };
+    const struct {
+        int (*samples)[256];
+        int length;
+        float rate;
+        int frequency;
+        const char* what;
+        std::function<bool(const Magnitudes&)> shows;
+    } cases[] = {
+            {&silence, 256, 1000.0f, 0, "silence", allZero},
+            {&bin100, 256, 1000.0f, 97, "bin 100: 97.66 Hz truncated",
+             [](const Magnitudes& m) { return std::max_element(m.begin() + 20, m.begin() + 499) - m.begin() == 100; }},
+            {&bin100, 256, 2048.0f, 200, "2048 Hz", nullptr},
+            {&bin100, 256, -1000.0f, -97, "negative rate", nullptr},
+            {&bin100, 256, 0.0f, 0, "zero rate", nullptr},
+            {&bin100, 256, kNaN, 0, "NaN rate", nullptr},
+            {&bin100, 300, 1000.0f, 97, "longest window", nullptr},
+            {&bins10And60, 256, 1000.0f, 58, "stronger bin 10 ignored, bin 60 found",
+             [](const Magnitudes& m) { return m[10] > 2.0f * m[60]; }},
+            // Window length 2: only the first windowed sample survives (0.08 * 1 truncates to
+            // 0), so every bin has the same magnitude and bin 20 wins.
+            {&tie, 2, 1000.0f, 19, "tie",
+             [](const Magnitudes& m) { return m[0] > 0 && std::count(m.begin(), m.end(), m[0]) == 500; }},
+            // No terms, or one windowed by 0/0.
+            {&bin150, 0, 1000.0f, 0, "window of 0", allZero},
+            {&bin150, -1, 1000.0f, 0, "window of -1", allZero},
+            {&bin150, -300, 1000.0f, 0, "window of -300", allZero},
+            {&bin150, 1, 1000.0f, 0, "window of 1", allZero},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        float magnitudes[500];
+        int literal = -777, got = -777;
+        EXPECT_EQ(ref::DetectWithMagnitudes(*c.samples, c.length, literal, c.rate, magnitudes), 0);
+        EXPECT_EQ(literal, c.frequency);
+        EXPECT_EQ(::DetectFlickerFrequence(*c.samples, c.length, got, c.rate), 0);
+        EXPECT_EQ(got, c.frequency);
+        if (c.shows) {
+            EXPECT_TRUE(c.shows(Magnitudes(std::begin(magnitudes), std::end(magnitudes))));
+        }
     }
-    int got = -777;
-    EXPECT_EQ(DetectFlickerFrequence(samples, length, got, rate), rc) << what;
-    EXPECT_EQ(got, rc == 0 ? frequency : -777) << what;
-    float magnitudes[500];
-    std::fill(std::begin(magnitudes), std::end(magnitudes), 5.0f);
-    got = -777;
-    EXPECT_EQ(FlickerDetectWithKernel(kernel, samples, length, got, rate, &magnitudes), rc) << what;
-    EXPECT_EQ(got, rc == 0 ? frequency : -777) << what << ": " << FlickerKernelName(kernel);
-    if (rc != 0) {
-        EXPECT_EQ(magnitudes[3], 5.0f) << what << ": " << FlickerKernelName(kernel);
-    }
 }
 
-std::vector<float> Magnitudes(FlickerKernel kernel, int (&samples)[256], int length) {
-    float magnitudes[500];
-    int frequency = 0;
-    EXPECT_EQ(FlickerDetectWithKernel(kernel, samples, length, frequency, 1000.0f, &magnitudes), 0);
-    return std::vector<float>(std::begin(magnitudes), std::end(magnitudes));
-}
-
-bool AllZero(const std::vector<float>& m) {
-    return std::all_of(m.begin(), m.end(), [](float v) { return v == 0.0f; });
-}
-
-// The public entry and the record functions above do not depend on the
-// kernel; these tests check them with each kernel's detection beside them.
+// The public entry and the kernels refuse a window beyond the record, and a detection whose
+// record cannot be cleared: -1, with nothing written.
 class DetectFlickerFrequence : public FlickerKernelTest {};
 
-TEST_P(DetectFlickerFrequence, PeaksTiesAndIgnoredBins) {
-    const FlickerKernel kernel = GetParam();
-    int samples[256] = {};
-    ExpectDetection(kernel, samples, 256, 1000.0f, 0, 0, "silence");
-    EXPECT_TRUE(AllZero(Magnitudes(kernel, samples, 256)));
-
-    Tone(samples, 100.0, 20000.0, 30000.0);
-    ExpectDetection(kernel, samples, 256, 1000.0f, 0, 97, "bin 100: 97.66 Hz truncated");
-    std::vector<float> m = Magnitudes(kernel, samples, 256);
-    EXPECT_EQ(std::max_element(m.begin() + 20, m.begin() + 499) - m.begin(), 100);
-    ExpectDetection(kernel, samples, 256, 2048.0f, 0, 200, "2048 Hz");
-    ExpectDetection(kernel, samples, 256, -1000.0f, 0, -97, "negative rate");
-    ExpectDetection(kernel, samples, 256, 0.0f, 0, 0, "zero rate");
-    ExpectDetection(kernel, samples, 256, kNaN, 0, 0, "NaN rate");
-    ExpectDetection(kernel, samples, 300, 1000.0f, 0, 97, "longest window");
-
-    Tone(samples, 10.0, 30000.0);
-    Tone(samples, 60.0, 10000.0, 0.0, true);
-    ExpectDetection(kernel, samples, 256, 1000.0f, 0, 58, "stronger bin 10 ignored, bin 60 found");
-    m = Magnitudes(kernel, samples, 256);
-    EXPECT_GT(m[10], 2.0f * m[60]);
-
-    // Window length 2: only the first windowed sample survives (0.08 * 1
-    // truncates to 0), so every bin has the same magnitude and bin 20 wins.
-    std::fill(std::begin(samples), std::end(samples), 0);
-    samples[0] = 10000;
-    samples[1] = 1;
-    ExpectDetection(kernel, samples, 2, 1000.0f, 0, 19, "tie");
-    m = Magnitudes(kernel, samples, 2);
-    EXPECT_GT(m[0], 0.0f);
-    EXPECT_TRUE(std::all_of(m.begin(), m.end(), [&](float v) { return v == m[0]; }));
-}
-
-TEST_P(DetectFlickerFrequence, WindowLengthEdges) {
-    const FlickerKernel kernel = GetParam();
-    int samples[256];
-    Tone(samples, 150.0, 20000.0, 25000.0);
-    for (int length : {0, -1, -300, 1}) {  // no terms, or one windowed by 0/0
-        ExpectDetection(kernel, samples, length, 1000.0f, 0, 0, "short window");
-        EXPECT_TRUE(AllZero(Magnitudes(kernel, samples, length))) << "length " << length;
-    }
-    ExpectDetection(kernel, samples, 301, 1000.0f, -1, 0, "window beyond the record");
-    ExpectDetection(kernel, samples, 100000, 1000.0f, -1, 0, "window far beyond the record");
-
-    // Length 3 has the coefficient 1.0 at index 1, and 1.0 * (float)INT_MAX is
-    // 2^31, which converts to INT_MAX.
-    int edge[256] = {0, kIntMax};
-    AlgoContext record{};
-    PrepareFrequenceDetectAlgo(record, edge, 3, 1000.0f);
-    ASSERT_EQ(record.hammingCoef[1], 1.0f);
-    BandingLpf(record.rawData, record.filteredData, 256);
-    ProcessHammingWindowFilter(record);
-    EXPECT_EQ(record.filteredData[1], kIntMax);
-    int literal = 0;
-    ref::DetectFlickerFrequence(edge, 3, literal, 1000.0f);
-    ExpectDetection(kernel, edge, 3, 1000.0f, 0, literal, "saturated sample");
-}
-
-TEST_P(DetectFlickerFrequence, FailedClearingReturnsMinusOne) {
-    const FlickerKernel kernel = GetParam();
+TEST_P(DetectFlickerFrequence, RefusesWithoutWriting) {
     ClearFaults guard;
     int samples[256];
     Tone(samples, 100.0, 20000.0);
-    int frequency = -777;
-    for (errno_t code : {SECUREC_EINVAL, SECUREC_ERANGE_AND_RESET}) {
-        hostcontrol::FailNextMemset(code, 100);  // every clearing fails
-        ExpectDetection(kernel, samples, 256, 1000.0f, -1, 0, "clearing fails");
+    const struct {
+        int length;
+        errno_t clearing;  // of every memset_s
+    } cases[] = {{301, EOK}, {100000, EOK}, {256, SECUREC_EINVAL}, {256, SECUREC_ERANGE_AND_RESET}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.length);
+        if (c.clearing != EOK) hostcontrol::FailNextMemset(c.clearing, 100);
+        int literal = -777, got = -777, entry = -777;
+        if (c.length <= 300) {
+            EXPECT_EQ(ref::DetectFlickerFrequence(samples, c.length, literal, 1000.0f), -1);
+            EXPECT_EQ(literal, -777);
+        }
+        EXPECT_EQ(::DetectFlickerFrequence(samples, c.length, entry, 1000.0f), -1);
+        EXPECT_EQ(entry, -777);
+        float magnitudes[500];
+        std::fill(std::begin(magnitudes), std::end(magnitudes), 5.0f);
+        EXPECT_EQ(FlickerDetectWithKernel(GetParam(), samples, c.length, got, 1000.0f, &magnitudes), -1);
+        EXPECT_EQ(got, -777);
+        EXPECT_EQ(magnitudes[3], 5.0f);
         hostcontrol::ClearSecurecFaults();
     }
+    int frequency = -777;
     hostcontrol::FailNextMemset(SECUREC_EINVAL);  // used up by one detection
     EXPECT_EQ(::DetectFlickerFrequence(samples, 256, frequency, 1000.0f), -1);
     EXPECT_EQ(::DetectFlickerFrequence(samples, 256, frequency, 1000.0f), 0);

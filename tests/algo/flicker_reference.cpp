@@ -67,11 +67,8 @@ int CaclueFrequencyOn(AlgoContext& c) {
 }  // namespace
 
 int DetectFlickerFrequence(int (&samples)[256], int windowLength, int& frequency, float sampleRate) {
-    AlgoContext record{};
-    if (memset_s(&record, sizeof(record), 0, sizeof(record)) != 0) return -1;
-    PrepareFrequenceDetectAlgo(record, samples, windowLength, sampleRate);
-    frequency = CaclueFrequency(record);
-    return 0;
+    float magnitudes[500];
+    return DetectWithMagnitudes(samples, windowLength, frequency, sampleRate, magnitudes);
 }
 
 int DetectWithMagnitudes(int (&samples)[256], int windowLength, int& frequency, float sampleRate,
@@ -83,10 +80,6 @@ int DetectWithMagnitudes(int (&samples)[256], int windowLength, int& frequency, 
     frequency = CaclueFrequencyOn(copy);
     for (int k = 0; k < 500; ++k) magnitudes[k] = copy.magnitude[k];
     return 0;
-}
-
-bool InitFrequencyDetectAlgo(AlgoContext& context) {
-    return memset_s(&context, sizeof(context), 0, sizeof(context)) == 0;
 }
 
 void PrepareFrequenceDetectAlgo(AlgoContext& c, int (&samples)[256], int windowLength, float sampleRate) {

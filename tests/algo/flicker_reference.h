@@ -20,7 +20,6 @@ struct AlgoContext {
 };
 
 int DetectFlickerFrequence(int (&samples)[256], int windowLength, int& frequency, float sampleRate);
-bool InitFrequencyDetectAlgo(AlgoContext& context);
 void PrepareFrequenceDetectAlgo(AlgoContext& context, int (&samples)[256], int windowLength, float sampleRate);
 int CaclueFrequency(AlgoContext context);
 int BandingLpf(int (&input)[300], int (&output)[300], int count);

@@ -13,7 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <initializer_list>
+#include <string>
 
 #include "flicker_detector.h"
 #include "flicker_fast.h"
@@ -24,8 +24,9 @@ namespace {
 constexpr size_t kSampleBytes = 256 * sizeof(int32_t);
 constexpr int kWindowLengths = 305;  // -4..300
 
-[[noreturn]] void Mismatch(const char* what, int expected, int actual) {
-    std::fprintf(stderr, "flicker_fuzz: %s: literal transcription %d, library %d\n", what, expected, actual);
+[[noreturn]] void Mismatch(const char* kernel, const char* what, double expected, double actual) {
+    std::fprintf(stderr, "flicker_fuzz: %s: %s: literal transcription %.9g, library %.9g\n", kernel, what, expected,
+                 actual);
     std::abort();
 }
 
@@ -59,21 +60,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         float magnitudes[500];
         int frequency = -12345;
         const int rc = FlickerDetectWithKernel(kernel, copy, windowLength, frequency, rate, &magnitudes);
-        if (rc != expectedRc) Mismatch(FlickerKernelName(kernel), expectedRc, rc);
-        if (frequency != expectedFrequency) Mismatch(FlickerKernelName(kernel), expectedFrequency, frequency);
+        const char* name = FlickerKernelName(kernel);
+        if (rc != expectedRc) Mismatch(name, "result", expectedRc, rc);
+        if (frequency != expectedFrequency) Mismatch(name, "frequency", expectedFrequency, frequency);
         for (int bin = 0; bin < 500; ++bin) {
             if (std::memcmp(&magnitudes[bin], &expected[bin], sizeof(float)) != 0) {
-                std::fprintf(stderr, "flicker_fuzz: %s: magnitude of bin %d is %a, literal transcription %a\n",
-                             FlickerKernelName(kernel), bin, static_cast<double>(magnitudes[bin]),
-                             static_cast<double>(expected[bin]));
-                std::abort();
+                Mismatch(name, ("magnitude of bin " + std::to_string(bin)).c_str(), expected[bin], magnitudes[bin]);
             }
         }
     }
     std::memcpy(copy, samples, sizeof(copy));
     int frequency = -12345;
     const int rc = DetectFlickerFrequence(copy, windowLength, frequency, rate);
-    if (rc != expectedRc) Mismatch("public entry, result", expectedRc, rc);
-    if (frequency != expectedFrequency) Mismatch("public entry, frequency", expectedFrequency, frequency);
+    if (rc != expectedRc) Mismatch("public entry", "result", expectedRc, rc);
+    if (frequency != expectedFrequency) Mismatch("public entry", "frequency", expectedFrequency, frequency);
     return 0;
 }

@@ -44,31 +44,21 @@ void CaptureLine(const __android_logger_data* data, const char* message) {
     std::abort();
 }
 
-// "%02d" written out by hand: an optional sign, then the decimal digits, zero-padded on
-// the left to two characters including the sign.
+// "%02d" without printf: the decimal digits with their sign, zero-padded on the left (after
+// the sign) to two characters.
 std::string TwoDigitField(int32_t value) {
-    const bool negative = value < 0;
-    uint64_t magnitude = negative ? static_cast<uint64_t>(-static_cast<int64_t>(value)) : static_cast<uint64_t>(value);
-    std::string digits;
-    do {
-        digits.insert(digits.begin(), static_cast<char>('0' + magnitude % 10));
-        magnitude /= 10;
-    } while (magnitude != 0);
-    std::string field = (negative ? "-" : "") + digits;
-    if (field.size() < 2) field.insert(negative ? 1 : 0, 2 - field.size(), '0');
+    std::string field = std::to_string(value);
+    if (field.size() < 2) field.insert(value < 0 ? 1 : 0, 2 - field.size(), '0');
     return field;
 }
 
 void CheckTestCycleRecord(const uint8_t* data, size_t size, bool failMemset) {
-    int32_t station = 0;
-    int32_t cycle = 0;
-    std::memcpy(&station, data, size < 4 ? size : 4);
-    if (size > 4) std::memcpy(&cycle, data + 4, size - 4 < 4 ? size - 4 : 4);
-
+    int32_t fields[2] = {0, 0};  // station, cycle
+    std::memcpy(fields, data, size < sizeof(fields) ? size : sizeof(fields));
     mmi::TestCycleRecord record;
     std::memset(record.data(), 0x5a, record.size());
     if (failMemset) hostcontrol::FailNextMemset(SECUREC_ERANGE_AND_RESET, 1);
-    const errno_t result = mmi::FormatTestCycleRecord(station, cycle, record);
+    const errno_t result = mmi::FormatTestCycleRecord(fields[0], fields[1], record);
     hostcontrol::ClearSecurecFaults();
     if (failMemset) {
         if (result != SECUREC_ERANGE_AND_RESET) Fail("a failed memset_s was not reported");
@@ -76,13 +66,13 @@ void CheckTestCycleRecord(const uint8_t* data, size_t size, bool failMemset) {
     }
     if (result != EOK) Fail("memset_s failed without a fault: " + std::to_string(result));
 
-    const std::string expected =
-            cycle == mmi::kTestCycleNotFormatted ? "" : TwoDigitField(station).substr(0, 2) + TwoDigitField(cycle).substr(0, 2);
+    const std::string expected = fields[1] == mmi::kTestCycleNotFormatted
+                                         ? ""
+                                         : TwoDigitField(fields[0]).substr(0, 2) + TwoDigitField(fields[1]).substr(0, 2);
     const size_t length = mmi::TestCycleRecordLength(record);
-    const std::string text(record.data(), length);
-    if (text != expected) {
-        Fail("station " + std::to_string(station) + ", cycle " + std::to_string(cycle) + ": record \"" + text +
-             "\", expected \"" + expected + "\"");
+    if (std::string(record.data(), length) != expected) {
+        Fail("station " + std::to_string(fields[0]) + ", cycle " + std::to_string(fields[1]) + ": record \"" +
+             std::string(record.data(), length) + "\", expected \"" + expected + "\"");
     }
     for (size_t i = length; i < record.size(); ++i) {
         if (record[i] != '\0') Fail("the record is not zero-filled after its text at byte " + std::to_string(i));
@@ -92,33 +82,29 @@ void CheckTestCycleRecord(const uint8_t* data, size_t size, bool failMemset) {
 void CheckConvertBinToString(const uint8_t* data, size_t size) {
     uint16_t outputSize = 0;
     std::memcpy(&outputSize, data, size < 2 ? size : 2);
-    const uint8_t* bytes = data + (size < 2 ? size : 2);
     const auto count = static_cast<unsigned int>(size < 2 ? 0 : size - 2);
-
-    // Exactly outputSize bytes, each starting as a marker no conversion writes.
+    // Exactly outputSize bytes, each starting as a marker no conversion writes; a zero-sized
+    // vector may hand back null, and the conversion must fail then anyway. The bytes in a
+    // buffer of their own exact size too (never null: null is checked below).
     std::vector<char> output(outputSize, '\x7f');
-    // A zero-sized vector may hand back null; the conversion must fail then anyway.
-    char* text = output.empty() ? nullptr : output.data();
-    // The bytes in a buffer of their own exact size too (never null: null is checked below).
-    std::vector<unsigned char> input(bytes, bytes + count);
+    std::vector<unsigned char> input(data + (size < 2 ? size : 2), data + size);
     input.reserve(1);
 
     g_lines.clear();
-    const int result = ConvertBinToString(input.data(), count, text, outputSize);
-    const bool valid = count != 0 && 2ull * count <= outputSize;
-    if (!valid) {
-        if (result != -1) Fail("invalid sizes accepted: numLen " + std::to_string(count) + ", strLen " + std::to_string(outputSize));
+    const int result = ConvertBinToString(input.data(), count, output.empty() ? nullptr : output.data(), outputSize);
+    const std::string sizes = "numLen: " + std::to_string(count) + ", strLen: " + std::to_string(outputSize);
+    if (count == 0 || 2ull * count > outputSize) {
+        if (result != -1) Fail("invalid sizes accepted: " + sizes);
         for (char c : output) {
             if (c != '\x7f') Fail("a failed conversion wrote to the output");
         }
-        const std::string line = "ZtMmiTest_jni: ConvertBinToString fail, parameter is invalid, numLen: " +
-                                 std::to_string(count) + ", strLen: " + std::to_string(outputSize);
+        const std::string line = "ZtMmiTest_jni: ConvertBinToString fail, parameter is invalid, " + sizes;
         if (g_lines.size() != 1 || g_lines[0].priority != ANDROID_LOG_ERROR || g_lines[0].message != line) {
             Fail("a failed conversion did not write exactly the line \"" + line + "\"");
         }
         return;
     }
-    if (result != 0) Fail("valid sizes refused: numLen " + std::to_string(count) + ", strLen " + std::to_string(outputSize));
+    if (result != 0) Fail("valid sizes refused: " + sizes);
     if (!g_lines.empty()) Fail("a successful conversion logged \"" + g_lines[0].message + "\"");
     static const char kDigits[] = "0123456789abcdef";
     for (unsigned int i = 0; i < count; ++i) {
@@ -132,8 +118,11 @@ void CheckConvertBinToString(const uint8_t* data, size_t size) {
     }
 }
 
-// Null buffers are refused with the line naming the sizes, whatever the sizes.
-void CheckNullBuffers() {
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+    __android_log_set_logger(CaptureLine);
+    // Null buffers are refused with the line naming the sizes, whatever the sizes.
     unsigned char byte = 0xab;
     char text[4] = {'\x7f', '\x7f', '\x7f', '\x7f'};
     g_lines.clear();
@@ -141,21 +130,13 @@ void CheckNullBuffers() {
         Fail("a null buffer was accepted");
     }
     if (g_lines.size() != 2 || text[0] != '\x7f') Fail("null buffers: not one line each, or the output was written");
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    __android_log_set_logger(CaptureLine);
-    CheckNullBuffers();
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) return 0;
-    const uint8_t mode = data[0];
-    if (mode & 1) {
-        CheckTestCycleRecord(data + 1, size - 1, (mode & 2) != 0);
+    if (data[0] & 1) {
+        CheckTestCycleRecord(data + 1, size - 1, (data[0] & 2) != 0);
     } else {
         CheckConvertBinToString(data + 1, size - 1);
     }

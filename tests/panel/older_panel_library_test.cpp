@@ -1,29 +1,19 @@
 // Video interpolation through an older build of the simulated vendor library that lacks
 // getModes and RecoverFreshRate; this executable finds that build on LD_LIBRARY_PATH.
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "panel_control.h"
-#include "panel_test_support.h"
+#include "panel_test.h"
 
 namespace mmitest {
 namespace {
 
-using mmisim::DeviceProfile;
-
-class OlderPanelLibraryTest : public PanelTest {
-protected:
-    void SetUp() override {
-        PanelTest::SetUp();
-        Boot(DeviceProfile::Bare());
-    }
-};
+using OlderPanelLibraryTest = PanelTest;
 
 TEST_F(OlderPanelLibraryTest, MissingEntryPointsFailAtTheirLookupWhileTheOthersWork) {
-    std::unique_ptr<PanelControl> control = PanelControl::Open();
-    ASSERT_NE(control, nullptr);
-    control->setResults(6, 2, 0);
+    PanelControl control;
+    ASSERT_TRUE(control.open());
+    control.setResults(6, 2, 0);
 
     EXPECT_EQ(Modes(), "");
     EXPECT_EQ(Recover(), -1);

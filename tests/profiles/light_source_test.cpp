@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sim/light_source.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -23,73 +24,50 @@ int Detect(const std::vector<int32_t>& samples) {
     return frequency;
 }
 
-TEST(LightSource, WithoutNoiseIsTheSinusoidOnItsLevel) {
+TEST(LightSource, SamplesAreTheSinusoidOnItsLevelWithinTheIntRange) {
     // 250 Hz at 1000 Hz: a quarter period per sample.
-    const std::vector<int32_t> samples = LightSourceSamples(LightSource{250.0, 100.0, 1000.0, 0.0, 1}, 8, 1000.0);
-    EXPECT_EQ(samples, (std::vector<int32_t>{1000, 1100, 1000, 900, 1000, 1100, 1000, 900}));
-}
-
-TEST(LightSource, GivesTheCountAskedFor) {
+    EXPECT_EQ(LightSourceSamples(LightSource{250.0, 100.0, 1000.0, 0.0, 1}, 8, 1000.0),
+              (std::vector<int32_t>{1000, 1100, 1000, 900, 1000, 1100, 1000, 900}));
     EXPECT_EQ(LightSourceSamples(LightSource{50.0, 10.0, 0.0, 1.0, 3}).size(), 256u);
     EXPECT_EQ(LightSourceSamples(LightSource{50.0, 10.0, 0.0, 1.0, 3}, 300).size(), 300u);
     EXPECT_TRUE(LightSourceSamples(LightSource{50.0, 10.0, 0.0, 1.0, 3}, 0).empty());
+    const std::vector<int32_t> huge = LightSourceSamples(LightSource{100.0, 1e12, 0.0, 0.0, 1}, 16, 1000.0);
+    EXPECT_EQ(huge[0], 0);
+    EXPECT_EQ(*std::max_element(huge.begin(), huge.end()), std::numeric_limits<int32_t>::max());
+    EXPECT_EQ(*std::min_element(huge.begin(), huge.end()), std::numeric_limits<int32_t>::min());
 }
 
-TEST(LightSource, TheSameSeedGivesTheSameNoise) {
+TEST(LightSource, NoiseHasTheGivenSpreadAndItsSeedDecides) {
     const LightSource light{100.0, 400.0, 2000.0, 20.0, 7};
     EXPECT_EQ(LightSourceSamples(light), LightSourceSamples(light));
     LightSource other = light;
     other.seed = 8;
     EXPECT_NE(LightSourceSamples(light), LightSourceSamples(other));
-}
-
-TEST(LightSource, NoiseHasTheGivenSpread) {
     // A steady light: what is left is the noise.
     const std::vector<int32_t> samples = LightSourceSamples(LightSource{0.0, 0.0, 5000.0, 50.0, 42}, 4096, 1000.0);
     const double mean = std::accumulate(samples.begin(), samples.end(), 0.0) / static_cast<double>(samples.size());
     double squares = 0.0;
     for (int32_t sample : samples) squares += (sample - mean) * (sample - mean);
-    const double deviation = std::sqrt(squares / static_cast<double>(samples.size()));
     EXPECT_NEAR(mean, 5000.0, 3.0);
-    EXPECT_NEAR(deviation, 50.0, 3.0);
+    EXPECT_NEAR(std::sqrt(squares / static_cast<double>(samples.size())), 50.0, 3.0);
 }
-
-TEST(LightSource, SamplesStayWithinTheIntRange) {
-    const std::vector<int32_t> samples = LightSourceSamples(LightSource{100.0, 1e12, 0.0, 0.0, 1}, 16, 1000.0);
-    EXPECT_EQ(samples[0], 0);
-    EXPECT_EQ(*std::max_element(samples.begin(), samples.end()), std::numeric_limits<int32_t>::max());
-    EXPECT_EQ(*std::min_element(samples.begin(), samples.end()), std::numeric_limits<int32_t>::min());
-}
-
-class DetectedFlicker : public ::testing::TestWithParam<double> {};
 
 // The detector reports the strongest bin k as k * 1000 / 1024 Hz, truncated: within a bin
-// (0.98 Hz) and the truncation of the light's frequency.
-TEST_P(DetectedFlicker, IsTheLightsFrequencyWithinABin) {
-    const double frequency = GetParam();
-    const int detected = Detect(LightSourceSamples(LightSource{frequency, 400.0, 2000.0, 20.0, 7}));
-    EXPECT_NEAR(detected, frequency, 2.0) << "light at " << frequency << " Hz";
-}
-
-INSTANTIATE_TEST_SUITE_P(Frequencies, DetectedFlicker, ::testing::Values(30.0, 50.0, 60.0, 100.0, 120.0, 150.0, 160.0));
-
-// The detector's low-pass filter is 3 dB down at 50 Hz: far above it a flicker of a fifth of
-// the steady level drowns in what that level leaks into the lowest searched bins.
-TEST(DetectedFlicker, AFastWeakFlickerDrownsInTheSteadyLevel) {
+// (0.98 Hz) and the truncation of the light's frequency. Its low-pass filter is 3 dB down at
+// 50 Hz: far above it a flicker of a fifth of the steady level drowns in what that level
+// leaks into the lowest searched bins (19 to 30 Hz), while a strong one still comes through.
+// A steady light without noise leaves only the filter's start-up ripple: no peak.
+TEST(DetectedFlicker, IsTheLightsFrequencyUnlessItDrowns) {
+    for (double frequency : {30.0, 50.0, 60.0, 100.0, 120.0, 150.0, 160.0}) {
+        EXPECT_NEAR(Detect(LightSourceSamples(LightSource{frequency, 400.0, 2000.0, 20.0, 7})), frequency, 2.0);
+    }
     for (double frequency : {300.0, 400.0, 480.0}) {
         const int detected = Detect(LightSourceSamples(LightSource{frequency, 400.0, 2000.0, 20.0, 7}));
         EXPECT_GE(detected, 19) << frequency;
         EXPECT_LE(detected, 30) << frequency;
     }
-    // A strong one still comes through.
     EXPECT_NEAR(Detect(LightSourceSamples(LightSource{200.0, 2000.0, 2000.0, 20.0, 7})), 200.0, 2.0);
-}
-
-TEST(DetectedFlicker, ASteadyLightGivesNoPeakAboveTheNoise) {
-    // No flicker and no noise: only the steady level, which the search skips, is left; the
-    // filter's start-up ripple is all the searched bins see.
-    const int detected = Detect(LightSourceSamples(LightSource{0.0, 0.0, 0.0, 0.0, 1}));
-    EXPECT_EQ(detected, 0);
+    EXPECT_EQ(Detect(LightSourceSamples(LightSource{0.0, 0.0, 0.0, 0.0, 1})), 0);
 }
 
 }  // namespace

@@ -60,9 +60,10 @@ size_t AllocatedBytes() {
 #endif
 }
 
-std::vector<int> Count(int n) {
+// The numbers from `from` up to `to`, not included.
+std::vector<int> Count(int from, int to) {
     std::vector<int> numbers;
-    for (int i = 0; i < n; ++i) numbers.push_back(i);
+    for (int i = from; i < to; ++i) numbers.push_back(i);
     return numbers;
 }
 
@@ -84,34 +85,30 @@ TEST_F(LogCaptureTest, ThreadsLoggingAtOnceLoseNothingAndKeepTheirOrder) {
     const std::vector<LogEntry> entries = capture.since(mark);
     ASSERT_EQ(entries.size(), static_cast<size_t>(kThreads * kLinesEach));
     const auto lines = LinesByThread(entries, kThreads);
-    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(lines[static_cast<size_t>(t)], Count(kLinesEach)) << "thread " << t;
+    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(lines[static_cast<size_t>(t)], Count(0, kLinesEach)) << "thread " << t;
     EXPECT_EQ(entries.front().priority, ANDROID_LOG_INFO);
 }
 
-TEST_F(LogCaptureTest, LinesOfOneThreadFollowThoseOfAnotherItWaitedFor) {
-    const size_t mark = capture.mark();
-    Log("zero");
-    std::thread first([] { Log("first"); });
-    first.join();
-    std::thread second([] { Log("second"); });
-    second.join();
-    Log("third");
-
-    const std::vector<LogEntry> entries = capture.since(mark);
-    ASSERT_EQ(entries.size(), 4u);
-    EXPECT_EQ(entries[0].message, "zero");
-    EXPECT_EQ(entries[1].message, "first");
-    EXPECT_EQ(entries[2].message, "second");
-    EXPECT_EQ(entries[3].message, "third");
-}
-
-TEST_F(LogCaptureTest, SinceAMarkGivesOnlyLaterLines) {
+// Lines come in the order they were written across threads that waited for one another;
+// a mark gives only later lines; an ended thread's lines stay until cleared, and marks go on
+// counting every line.
+TEST_F(LogCaptureTest, MarksOrderAndClearing) {
     Log("before");
     const size_t mark = capture.mark();
-    Log("after");
-    const std::vector<LogEntry> entries = capture.since(mark);
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].message, "after");
+    Log("zero");
+    std::thread([] { Log("first"); }).join();
+    std::thread([] { Log("second"); }).join();
+    Log("third");
+    std::vector<std::string> messages;
+    for (const LogEntry& entry : capture.since(mark)) messages.push_back(entry.message);
+    EXPECT_EQ(messages, (std::vector<std::string>{"zero", "first", "second", "third"}));
+
+    capture.clear();
+    EXPECT_TRUE(capture.since(mark).empty());
+    EXPECT_EQ(capture.mark(), mark + 4);
+    Log("after the clear");
+    ASSERT_EQ(capture.since(mark).size(), 1u);
+    EXPECT_EQ(capture.since(mark)[0].message, "after the clear");
 }
 
 TEST_F(LogCaptureTest, WaitingWakesOnALineFromAnotherThreadAmongMany) {
@@ -140,20 +137,6 @@ TEST_F(LogCaptureTest, WaitingWakesOnALineFromAnotherThreadAmongMany) {
     EXPECT_FALSE(capture.waitForMessage(mark, ANDROID_LOG_INFO, "never written", std::chrono::milliseconds(50)));
 }
 
-TEST_F(LogCaptureTest, LinesOfAThreadThatHasEndedStayUntilCleared) {
-    const size_t mark = capture.mark();
-    std::thread([] { Log("from an ended thread"); }).join();
-    ASSERT_EQ(capture.since(mark).size(), 1u);
-    EXPECT_EQ(capture.since(mark)[0].message, "from an ended thread");
-
-    capture.clear();
-    EXPECT_TRUE(capture.since(mark).empty());
-    EXPECT_EQ(capture.mark(), mark + 1);  // marks count every line ever written
-    Log("after the clear");
-    ASSERT_EQ(capture.since(mark).size(), 1u);
-    EXPECT_EQ(capture.since(mark)[0].message, "after the clear");
-}
-
 TEST_F(LogCaptureTest, KeepingAFewLinesKeepsTheNewestOfEachThreadAndCountsAll) {
     constexpr int kKept = 10;
     capture.keepAtMost(kKept);
@@ -162,19 +145,17 @@ TEST_F(LogCaptureTest, KeepingAFewLinesKeepsTheNewestOfEachThreadAndCountsAll) {
 
     EXPECT_EQ(capture.mark() - mark, static_cast<size_t>(kThreads * kLinesEach));
     const auto lines = LinesByThread(capture.since(mark), kThreads);
-    std::vector<int> newest;
-    for (int i = kLinesEach - kKept; i < kLinesEach; ++i) newest.push_back(i);
-    for (int t = 0; t < kThreads; ++t) EXPECT_EQ(lines[static_cast<size_t>(t)], newest) << "thread " << t;
+    for (int t = 0; t < kThreads; ++t) {
+        EXPECT_EQ(lines[static_cast<size_t>(t)], Count(kLinesEach - kKept, kLinesEach)) << "thread " << t;
+    }
 
     // Without the limit every line is kept; setting it again drops all but the newest.
     capture.keepAtMost(0);
     const std::string mine = "t" + std::to_string(kThreads) + " ";
     for (int i = 0; i < 3 * kKept; ++i) Log(mine + std::to_string(i));
-    EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], Count(3 * kKept));
+    EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], Count(0, 3 * kKept));
     capture.keepAtMost(kKept);
-    std::vector<int> lastOfMine;
-    for (int i = 2 * kKept; i < 3 * kKept; ++i) lastOfMine.push_back(i);
-    EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], lastOfMine);
+    EXPECT_EQ(LinesByThread(capture.since(mark), kThreads + 1)[kThreads], Count(2 * kKept, 3 * kKept));
 
     // Keeping none counts the lines but keeps them not, until lines are kept again.
     capture.keepNone();
