@@ -159,40 +159,6 @@ TEST_F(AidlRecoveryTest, UndeclaredServiceIsSkippedWithoutWaiting) {
                 boot.end());
 }
 
-struct DeathCase {
-    Family family;
-    int cookie;
-};
-
-class HidlRecoveryTest : public MmiTest, public ::testing::WithParamInterface<DeathCase> {};
-
-TEST_P(HidlRecoveryTest, DeathClearsEveryFamilyUntilAServiceRegistersAnew) {
-    Boot(DeviceProfile::AllHidl());
-    handset().Kill(GetParam().family);
-    ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:" + std::to_string(GetParam().cookie))));
-    ASSERT_TRUE(NoticesDelivered());
-    EXPECT_TRUE(Has(kInfo, Prefixed("ExitMmiManager by hidl")));
-    // Every HIDL family is gone, not only the dead one.
-    Mark();
-    EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "");
-    EXPECT_TRUE(Has(kError, Prefixed("GetBsn by hidl fail, g_hwFactoryInterface is null")));
-
-    handset().Start(GetParam().family);
-    ASSERT_TRUE(WaitFor(kInfo, "InitSensorsV20 by hidl"));
-    ASSERT_TRUE(NoticesDelivered());
-    EXPECT_GE(Count(kInfo, Prefixed("g_hwFactoryInterface linkToDeath")), 1);
-    Mark();
-    EXPECT_EQ(Str("getBsnNative", "()Ljava/lang/String;"), "ZT26A0012345");
-}
-
-INSTANTIATE_TEST_SUITE_P(Cookies, HidlRecoveryTest,
-                         ::testing::Values(DeathCase{Family::kFactory, 1}, DeathCase{Family::kDisplay, 2},
-                                           DeathCase{Family::kTouchScreen, 3}, DeathCase{Family::kPower, 5},
-                                           DeathCase{Family::kLight, 6}),
-                         [](const ::testing::TestParamInfo<DeathCase>& info) {
-                             return std::string(mmisim::FamilyName(info.param.family));
-                         });
-
 // Every family of a handset dies and comes back twenty times in one process, and the
 // library recovers every time. A family's service objects die together and leave the
 // service manager before any notice goes out, so a recovery never finds a dying service
@@ -200,6 +166,11 @@ INSTANTIATE_TEST_SUITE_P(Cookies, HidlRecoveryTest,
 // even getExtension.
 class RepeatedDeathTest : public BackendTest {
 protected:
+    // The cookie each HIDL family's death link carries (the fingerprint family shares the
+    // touch screen's).
+    const std::map<Family, int> kCookies = {{Family::kFactory, 1}, {Family::kDisplay, 2}, {Family::kTouchScreen, 3},
+                                            {Family::kFingerprint, 3}, {Family::kSensors, 4}, {Family::kPower, 5},
+                                            {Family::kLight, 6}};
     // Whether every method of each served family gave its service's answer (the table's).
     std::map<Family, bool> Served(NativeCalls& calls) {
         std::map<Family, bool> served;
@@ -237,18 +208,28 @@ TEST_P(RepeatedDeathTest, EveryFamilyDiesAndComesBackTwentyTimes) {
     Boot(profile);
     ScriptAnswers(handset(), profile);
     NativeCalls calls(mEnv, mManager);
+    bool connected = true;
     for (int round = 0; round < 20 && !HasFailure(); ++round) {
         for (Family family : mmisim::kAllFamilies) {
             if (profile[family].transport == mmisim::Transport::kNone) continue;
+            Mark();
             KillAndAwaitDeath(family);
+            if (!aidl() && connected) {
+                // One HIDL death clears every HIDL family until a service registers anew.
+                EXPECT_TRUE(Has(kWarn, Prefixed("ProcessServiceDied, cookie is:" + std::to_string(kCookies.at(family)))))
+                        << mmisim::FamilyName(family);
+                for (const auto& [answered, fromService] : Served(calls)) {
+                    EXPECT_FALSE(fromService) << mmisim::FamilyName(family) << " died: " << mmisim::FamilyName(answered);
+                }
+            }
             handset().Start(family);
             ASSERT_TRUE(NoticesDelivered());
             // Over HIDL the fingerprint family listens for touch-screen registrations: a
             // fingerprint service coming back alone reconnects nothing, the next family's
             // return reconnects everything.
-            const bool reconnected = aidl() || family != Family::kFingerprint;
+            connected = aidl() || family != Family::kFingerprint;
             for (const auto& [answered, fromService] : Served(calls)) {
-                EXPECT_EQ(fromService, reconnected) << "round " << round << ", after " << mmisim::FamilyName(family)
+                EXPECT_EQ(fromService, connected) << "round " << round << ", after " << mmisim::FamilyName(family)
                                                     << " came back: " << mmisim::FamilyName(answered);
             }
         }
@@ -300,21 +281,18 @@ TEST_F(HidlNoticeTest, ADeathIsDeliveredWhileAnotherNoticeIsBeingHandled) {
     ASSERT_TRUE(NoticesDelivered());
 }
 
-TEST_F(HidlNoticeTest, PreexistingRegistrationsNeverReconnect) {
+// Registrations already there when the library listens reconnect nothing; a new one
+// reconnects every family, an initialiser each.
+TEST_F(HidlNoticeTest, OnlyNewRegistrationsReconnect) {
     Boot(DeviceProfile::AllHidl());
     const std::vector<Line> boot = BootLines();
-    const auto preexisting = std::count_if(boot.begin(), boot.end(), [](const Line& l) {
-        return l.priority == kWarn && l.message.find("isPreexisting:1") != std::string::npos;
-    });
-    EXPECT_GE(preexisting, 8);
+    EXPECT_GE(std::count_if(boot.begin(), boot.end(),
+                            [](const Line& l) { return l.priority == kWarn && l.message.find("isPreexisting:1") != std::string::npos; }),
+              8);
     for (const char* init : {"InitFactoryInterface by hidl", "InitDisplay by hidl", "InitLight by hidl",
                              "InitSensorsV20 by hidl"}) {
         EXPECT_EQ(std::count(boot.begin(), boot.end(), Line{kInfo, init}), 1) << init;
     }
-}
-
-TEST_F(HidlNoticeTest, NewRegistrationReconnectsWithAnInitialiserEach) {
-    Boot(DeviceProfile::AllHidl());
     handset().Kill(Family::kLight);
     ASSERT_TRUE(WaitFor(kWarn, Prefixed("ProcessServiceDied, cookie is:6")));
     Mark();
