@@ -34,6 +34,7 @@
 #include <random>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "jvm.h"
 #include "mmi_fixture.h"
@@ -46,7 +47,6 @@ using mmisim::DeviceProfile;
 using mmisim::Family;
 using mmisim::Transport;
 using Clock = std::chrono::steady_clock;
-using Answers = std::vector<std::map<std::string, int64_t>>;  // per method: answer, how often
 
 // A call that has not returned after this long is taken as hung.
 constexpr int64_t kCallBoundMillis = 10000;
@@ -167,13 +167,13 @@ private:
 };
 
 // Threads attached to the Java VM calling every native method continuously, each thread in
-// its own seeded order, while the gate is open; a watchdog notes a call that has not
-// returned within its bound.
+// its own seeded order, while the gate is open, and checking each answer against what the
+// method may answer; a watchdog notes a call that has not returned within its bound.
 class Load {
 public:
-    Load(jobject manager, int threads, uint32_t seed)
-        : mManager(manager), mStartedAt(static_cast<size_t>(threads)), mInFlight(static_cast<size_t>(threads)),
-          mAnswers(static_cast<size_t>(threads), Answers(NativeMethods().size())), mAnswerLocks(threads) {
+    Load(jobject manager, const std::vector<Expectation>& expected, int threads, uint32_t seed)
+        : mManager(manager), mExpected(expected), mStartedAt(static_cast<size_t>(threads)),
+          mInFlight(static_cast<size_t>(threads)) {
         for (int i = 0; i < threads; ++i) mThreads.emplace_back([this, i, seed] { Work(i, seed); });
         mThreads.emplace_back([this] { Watch(); });
     }
@@ -211,17 +211,11 @@ public:
         std::lock_guard<std::mutex> lock(mLock);
         return mStall;
     }
-    // The answers since the last call, merged over the threads.
-    Answers Drain() {
-        Answers all(NativeMethods().size());
-        for (size_t t = 0; t < mAnswers.size(); ++t) {
-            std::lock_guard<std::mutex> lock(mAnswerLocks[t]);
-            for (size_t m = 0; m < all.size(); ++m) {
-                for (const auto& [answer, count] : mAnswers[t][m]) all[m][answer] += count;
-                mAnswers[t][m].clear();
-            }
-        }
-        return all;
+    int64_t FaultAnswers() const { return mFaultAnswers; }
+    // Answers no state of the service explains, since the last call: method and answer, how often.
+    std::map<std::pair<size_t, std::string>, int64_t> Unexpected() {
+        std::lock_guard<std::mutex> lock(mLock);
+        return std::exchange(mUnexpected, {});
     }
 
 private:
@@ -246,9 +240,12 @@ private:
                     mStartedAt[index] = Nanoseconds() | 1;
                     const std::string answer = calls.Call(method);
                     mStartedAt[index] = 0;
-                    {
-                        std::lock_guard<std::mutex> lock(mAnswerLocks[index]);
-                        ++mAnswers[index][method][answer];
+                    if (answer != mExpected[method].served) {
+                        ++mFaultAnswers;
+                        if (mExpected[method].others.count(answer) == 0) {
+                            std::lock_guard<std::mutex> lock(mLock);
+                            ++mUnexpected[{method, answer}];
+                        }
                     }
                     if (++mCalls % 64 == 0) mChanged.notify_all();
                 }
@@ -283,10 +280,11 @@ private:
     }
 
     jobject mManager;
+    const std::vector<Expectation>& mExpected;
     std::vector<std::atomic<int64_t>> mStartedAt;  // per thread: when its call in flight began (0: none)
     std::vector<std::atomic<size_t>> mInFlight;
-    std::vector<Answers> mAnswers;
-    std::vector<std::mutex> mAnswerLocks;
+    std::atomic<int64_t> mFaultAnswers{0};
+    std::map<std::pair<size_t, std::string>, int64_t> mUnexpected;
     std::atomic<int64_t> mCalls{0};
     std::mutex mLock;
     std::condition_variable mChanged;
@@ -464,7 +462,7 @@ protected:
         int64_t callsMade = 0;
         int64_t faultAnswers = 0;
         {
-            Load load(mManager, threads, seed);
+            Load load(mManager, expected, threads, seed);
             for (int round = 0; round < rounds && !HasFailure(); ++round) {
                 const std::string name = "round " + std::to_string(round);
                 load.Resume(round == 0);
@@ -485,18 +483,12 @@ protected:
                     FAIL() << name << ": the threads did not pause: " << (stall.empty() ? "a call is still running" : stall);
                 }
                 if (!running || !Settled(name + ", load paused")) break;
-                const Answers answers = load.Drain();
-                for (size_t m = 0; m < answers.size(); ++m) {
-                    for (const auto& [answer, count] : answers[m]) {
-                        callsMade += count;
-                        if (answer != expected[m].served) faultAnswers += count;
-                        if (answer != expected[m].served && expected[m].others.count(answer) == 0) {
-                            std::string allowed = expected[m].served;
-                            for (const std::string& other : expected[m].others) allowed += " | " + other;
-                            ADD_FAILURE() << name << ": " << NativeMethods()[m].java << " answered " << answer << " ("
-                                          << count << " times); allowed: " << allowed;
-                        }
-                    }
+                for (const auto& [call, count] : load.Unexpected()) {
+                    const Expectation& e = expected[call.first];
+                    std::string allowed = e.served;
+                    for (const std::string& other : e.others) allowed += " | " + other;
+                    ADD_FAILURE() << name << ": " << NativeMethods()[call.first].java << " answered " << call.second
+                                  << " (" << count << " times); allowed: " << allowed;
                 }
                 if (hidlFamilies) RestartApplication();
                 ExpectEveryFamilyConnected(calls, panelPresent && hidlDeaths == 0 && !hidlFamilies,
@@ -504,6 +496,8 @@ protected:
                 allocated.push_back(kMemoryMeasured ? Allocated() : ResidentMegabytes());
                 deaths.push_back(schedule.deaths);
             }
+            callsMade = load.Calls();
+            faultAnswers = load.FaultAnswers();
         }  // the threads end here, after the measurements: an ended thread frees its log
         if (HasFailure()) return;
         std::printf("[stress] %s handset: %d threads, %zu rounds, %lld calls, %d service deaths (the library saw %lld "
