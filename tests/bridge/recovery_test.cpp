@@ -121,6 +121,7 @@ TEST_F(AidlRecoveryTest, LoadingAgainWhileConnectedLinksNothingTwice) {
     Boot(DeviceProfile::AllAidl());
     ASSERT_EQ(CallOnLoad(Jvm::Get().vm()), 0x10004);
     EXPECT_EQ(Count(kInfo, Prefixed("g_aidlDisplay init success")), 0);
+    EXPECT_EQ(LinesWithPriority(kError), std::vector<Line>{}) << "a connected family was tried over HIDL";
     handset().Kill(Family::kDisplay);
     handset().Start(Family::kDisplay);
     ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_aidlVibrator init success")));
