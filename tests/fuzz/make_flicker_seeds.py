@@ -1,11 +1,6 @@
 #!/usr/bin/env python3
-"""Writes the flicker fuzz target's seed inputs (tests/fuzz/seeds/flicker/).
-
-An input is 256 little-endian int32 samples, a uint16 that picks the window length
-(pick % 305 - 4) and the sample rate's float bits. The seeds start the fuzzer from the
-cases that matter: a real flicker tone, the filter's 32-bit overflow, a windowed sample
-that saturates the float-to-int conversion, and silence at a NaN rate.
-"""
+"""Writes the flicker fuzz target's seed inputs (tests/fuzz/seeds/flicker/): 256 int32 samples,
+a uint16 picking the window length (pick % 305 - 4) and the sample rate's float bits."""
 import math
 import os
 import struct

@@ -1,18 +1,13 @@
-// libFuzzer target: the library's text conversions against expectations computed here
-// independently, under AddressSanitizer and UndefinedBehaviorSanitizer.
-//
-// ConvertBinToString: for any bytes and any output size, either exactly 2n lower-case
-// hexadecimal characters and not one byte more written (the output buffer is allocated to
-// its exact size, so a write past it is an AddressSanitizer report), or -1 with the output
-// untouched and exactly one ERROR line naming both sizes.
-//
-// The test-cycle record: for any station and cycle, a zero-filled 64-byte buffer whose
-// text is the first two characters of each "%02d" field, station first, or empty for the
-// cycle -100; a failing memset_s (the host library's fault switch) is reported as such.
-//
-// Input: byte 0 chooses the case (bit 0: record or hex; bit 1: fail the record's
-// memset_s), then for the record two int32 values (station, cycle), for the hex form a
-// uint16 output size followed by the bytes to convert.
+// libFuzzer target, under AddressSanitizer and UndefinedBehaviorSanitizer: the library's text
+// conversions against expectations computed here.
+// ConvertBinToString, for any bytes and output size: exactly 2n lower-case hexadecimal
+// characters and not one byte more (the output buffer has its exact size), or -1 with the
+// output untouched and one ERROR line naming both sizes.
+// The test-cycle record, for any station and cycle: the first two characters of each "%02d"
+// field, station first (empty for the cycle -100), zero-filled to 64 bytes; a failing
+// memset_s is reported as such.
+// Input: byte 0 picks the case (bit 0: record, else hex; bit 1: fail the record's memset_s),
+// then two int32 (station, cycle), or a uint16 output size and the bytes to convert.
 #include <android/log.h>
 #include <hostcontrol/securec_faults.h>
 #include <test_cycle_record.h>
@@ -83,9 +78,8 @@ void CheckConvertBinToString(const uint8_t* data, size_t size) {
     uint16_t outputSize = 0;
     std::memcpy(&outputSize, data, size < 2 ? size : 2);
     const auto count = static_cast<unsigned int>(size < 2 ? 0 : size - 2);
-    // Exactly outputSize bytes, each starting as a marker no conversion writes; a zero-sized
-    // vector may hand back null, and the conversion must fail then anyway. The bytes in a
-    // buffer of their own exact size too (never null: null is checked below).
+    // Buffers of exact sizes, the output filled with a marker no conversion writes (an empty
+    // one may be null: the conversion must fail then anyway).
     std::vector<char> output(outputSize, '\x7f');
     std::vector<unsigned char> input(data + (size < 2 ? size : 2), data + size);
     input.reserve(1);
