@@ -1,7 +1,6 @@
-# libFuzzer targets, built only by a clang build configured with -DMMI_FUZZ=ON (`./mmi test`
-# makes one in build-fuzz): flicker_fuzz (the detector against the literal transcription) and
-# text_fuzz (ConvertBinToString, the test-cycle record). Each runs as a short test (label
-# "fuzz", MMI_FUZZ_SECONDS); crash inputs go to <build>/fuzz/.
+# libFuzzer targets, built only with clang and -DMMI_FUZZ=ON (`./mmi test` makes build-fuzz):
+# flicker_fuzz (the detector against the literal transcription) and text_fuzz
+# (ConvertBinToString). Each runs as a short test (label "fuzz", MMI_FUZZ_SECONDS each).
 if(NOT MMI_FUZZ)
   return()
 endif()

@@ -1,10 +1,10 @@
-// Video interpolation through the simulated vendor library, which this executable finds on
-// LD_LIBRARY_PATH as libpixelworksMMITest.so.
+// Video interpolation through the simulated vendor library (found on LD_LIBRARY_PATH).
 #include <jni.h>
 
 #include <atomic>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "jvm.h"
@@ -63,9 +63,9 @@ TEST_F(PanelLibraryTest, TheFirstCallOpensTheLibraryAndItsAnswersPassThroughUnch
                                {kInfo, "RecoverInperpolateFreshRate, Hidl Called"},
                                {kInfo, Prefixed("finish RecoverInperpolateFreshRate by hidl, return: -4")},
                        }));
-    EXPECT_EQ(control.calls("setVideoInterpolationMode"), 1);
-    EXPECT_EQ(control.calls("GetCurrentMode"), 2);
-    EXPECT_EQ(control.calls("RecoverFreshRate"), 1);
+    EXPECT_EQ(std::make_tuple(control.calls("setVideoInterpolationMode"), control.calls("GetCurrentMode"),
+                              control.calls("RecoverFreshRate")),
+              std::make_tuple(1, 2, 1));
 }
 
 // The mode list is the library's text, read to its end, when the length it reports is

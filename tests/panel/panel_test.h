@@ -1,6 +1,5 @@
-// Video interpolation through the display processor's vendor library. The test reaches the
-// simulated library by dlopen of the same soname, so that it scripts and reads the very copy
-// that libZtMmi_jni loaded.
+// Video interpolation through the vendor library: the test opens the simulated library by the
+// same soname, so that it scripts and reads the very copy libZtMmi_jni loaded.
 #pragma once
 
 #include <dlfcn.h>

@@ -1,5 +1,4 @@
-// The log capture that every test reads the library's lines from: several threads logging
-// at once lose nothing, keep their order, and wake a thread waiting for their line.
+// The log capture every test reads the library's lines from.
 #include <android/log.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
