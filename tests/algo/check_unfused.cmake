@@ -1,8 +1,6 @@
-# Fails when the machine code of the detector or of its literal transcription holds a fused
-# multiply-add instruction (x86 vfmadd..., vfnmsub...; ARM fmla, fmls, fmadd, fnmsub...). A
-# fused instruction rounds once where the device rounds the product and then the sum; the
-# compiler emits them unless told not to (-ffp-contract=off), also from separate multiply and
-# add intrinsics. The identity tests cannot see it when both sides are fused alike.
+# Fails when the detector or its literal transcription holds a fused multiply-add (x86
+# vfmadd..., ARM fmla, fmadd...): it rounds once where the device rounds twice, and the
+# identity tests cannot see it when both sides are fused alike.
 foreach(library IN ITEMS ${DETECTOR} ${REFERENCE})
   execute_process(COMMAND ${OBJDUMP} -d --no-show-raw-insn ${library}
       OUTPUT_VARIABLE code ERROR_VARIABLE errors RESULT_VARIABLE failed)

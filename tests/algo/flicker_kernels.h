@@ -1,12 +1,12 @@
-// The detector's transform kernels as test parameters: every kernel built into
-// the library for this processor, named as FlickerKernelName names it (test
-// names end in /portable, /avx2, /neon). A kernel the processor cannot run is
-// skipped, saying so; a test that runs prints the kernel it checks.
+// The transform kernels built into the library as test parameters (test names end in
+// /portable, /avx2, /neon); one the processor cannot run is skipped, saying so.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -15,13 +15,11 @@
 
 inline std::vector<FlickerKernel> BuiltInFlickerKernels() {
     std::vector<FlickerKernel> kernels;
-    for (FlickerKernel kernel : kFlickerKernels) {
-        if (FlickerKernelBuiltIn(kernel)) kernels.push_back(kernel);
-    }
+    std::copy_if(std::begin(kFlickerKernels), std::end(kFlickerKernels), std::back_inserter(kernels),
+                 FlickerKernelBuiltIn);
     return kernels;
 }
 
-// Shown by GoogleTest as the parameter's value.
 inline void PrintTo(FlickerKernel kernel, std::ostream* out) { *out << FlickerKernelName(kernel); }
 
 inline std::string FlickerKernelParamName(const testing::TestParamInfo<FlickerKernel>& info) {

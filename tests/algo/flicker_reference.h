@@ -1,6 +1,5 @@
-// Literal, unoptimised transcription of the flicker detector, used as the
-// yardstick for the library's results (bit for bit) and speed. Kept apart from
-// the library on purpose: it shares no code with it.
+// Literal, unoptimised transcription of the flicker detector: the yardstick for the library's
+// results (bit for bit) and speed. It shares no code with the library, on purpose.
 #pragma once
 
 namespace flicker_reference {
@@ -28,8 +27,7 @@ void InitHammingWindowFiltert(AlgoContext& context);
 void ProcessHammingWindowFilter(AlgoContext& context);
 int AnalyseDataWithFft(AlgoContext& context);
 
-// DetectFlickerFrequence, additionally handing out the magnitudes that the
-// by-value record of CaclueFrequency computed.
+// DetectFlickerFrequence, also handing out the magnitudes CaclueFrequency's record computed.
 int DetectWithMagnitudes(int (&samples)[256], int windowLength, int& frequency, float sampleRate,
                          float (&magnitudes)[500]);
 

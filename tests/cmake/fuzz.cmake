@@ -1,11 +1,6 @@
-# libFuzzer targets, built only by a clang build configured with -DMMI_FUZZ=ON
-# (`./mmi test` makes one in build-fuzz):
-#   flicker_fuzz  the flicker detector, every kernel and the public entry, bit for bit
-#                 against the literal transcription, for any 256 samples
-#   text_fuzz     ConvertBinToString and the test-cycle record against independent
-#                 expectations
-# Each is registered as a short run (label "fuzz", MMI_FUZZ_SECONDS each); crash inputs
-# are written to <build>/fuzz/. The README describes a long run.
+# libFuzzer targets, built only with clang and -DMMI_FUZZ=ON (`./mmi test` makes build-fuzz):
+# flicker_fuzz (the detector against the literal transcription) and text_fuzz
+# (ConvertBinToString). Each runs as a short test (label "fuzz", MMI_FUZZ_SECONDS each).
 if(NOT MMI_FUZZ)
   return()
 endif()
@@ -24,10 +19,8 @@ add_executable(text_fuzz ${MMI_FUZZ_DIR}/text_fuzz.cpp ${PROJECT_SOURCE_DIR}/jni
 target_include_directories(text_fuzz PRIVATE ${PROJECT_SOURCE_DIR}/jni)
 target_link_libraries(text_fuzz PRIVATE mmi_common jni_headers c_secshared android_log mmi_warnings)
 
-# The flicker target's inputs are 1024 bytes of samples and 6 of parameters: full-size
-# inputs from the start rather than libFuzzer's slowly growing lengths.
-# It starts from the seeds in tests/fuzz/seeds/flicker (see make_flicker_seeds.py); inputs
-# it finds are kept in <build>/fuzz/flicker_fuzz-corpus for later runs.
+# Full-size flicker inputs from the start (1024 bytes of samples, 6 of parameters), from the
+# seeds of make_flicker_seeds.py; what the targets find stays in <build>/fuzz/*-corpus.
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/fuzz/flicker_fuzz-corpus ${CMAKE_BINARY_DIR}/fuzz/text_fuzz-corpus)
 set(flicker_fuzz_options -max_len=1030 -len_control=0
     ${CMAKE_BINARY_DIR}/fuzz/flicker_fuzz-corpus ${MMI_FUZZ_DIR}/seeds/flicker)

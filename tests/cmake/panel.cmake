@@ -1,7 +1,5 @@
-# Video interpolation through the display processor's vendor library: each executable runs
-# with one build of the simulated library on the loader's path (LD_LIBRARY_PATH), the current
-# one or an older one that lacks two entry points, and reaches it through dlopen (its header
-# only). The tests of a handset without the library are in the main test executable.
+# Video interpolation: each executable runs with one build of the simulated vendor library on
+# LD_LIBRARY_PATH, the current one or an older one lacking two entry points.
 set(MMI_PANEL_EXECUTABLES mmi_panel_tests mmi_older_panel_tests)
 set(MMI_PANEL_LIBRARIES pixelworks_mmi_sim pixelworks_mmi_sim_older)
 set(MMI_PANEL_SOURCES panel/panel_library_test.cpp panel/older_panel_library_test.cpp)

@@ -1,13 +1,9 @@
-// libFuzzer target: the flicker detector gives exactly the bits of the literal
-// transcription for any 256 samples, on every transform kernel the processor runs and
-// through the public entry, and does so without undefined behaviour (the build traps on
-// any UndefinedBehaviorSanitizer or AddressSanitizer report).
-//
-// Input: the first 1024 bytes are the 256 samples (little-endian int32; a shorter input
-// is repeated to fill them, so that short inputs still give 256 samples of their own). Two
-// more bytes, when present, pick a window length in -4..300 (otherwise 256, as the system
-// passes), and four more the sample rate's bits (any float, NaN and infinities included;
-// otherwise 1000.0).
+// libFuzzer target: the flicker detector gives exactly the literal transcription's bits for
+// any 256 samples, on every kernel the processor runs and through the public entry, without
+// undefined behaviour (the build traps on any sanitizer report).
+// Input: 1024 bytes of samples (little-endian int32; a shorter input is repeated), then
+// optionally a uint16 picking the window length in -4..300 (else 256) and the sample rate's
+// float bits (else 1000.0).
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>

@@ -1,42 +1,26 @@
-// libFuzzer target: the library's text conversions against expectations computed here
-// independently, under AddressSanitizer and UndefinedBehaviorSanitizer.
-//
-// ConvertBinToString: for any bytes and any output size, either exactly 2n lower-case
-// hexadecimal characters and not one byte more written (the output buffer is allocated to
-// its exact size, so a write past it is an AddressSanitizer report), or -1 with the output
-// untouched and exactly one ERROR line naming both sizes.
-//
-// The test-cycle record: for any station and cycle, a zero-filled 64-byte buffer whose
-// text is the first two characters of each "%02d" field, station first, or empty for the
-// cycle -100; a failing memset_s (the host library's fault switch) is reported as such.
-//
-// Input: byte 0 chooses the case (bit 0: record or hex; bit 1: fail the record's
-// memset_s), then for the record two int32 values (station, cycle), for the hex form a
-// uint16 output size followed by the bytes to convert.
+// libFuzzer target (ASan, UBSan): ConvertBinToString of any bytes (after a uint16 output size)
+// gives exactly 2n lower-case hexadecimal digits and not one byte more (the output buffer has
+// its exact size), or -1 with the output untouched and one ERROR line naming both sizes.
 #include <android/log.h>
-#include <hostcontrol/securec_faults.h>
-#include <test_cycle_record.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "java_helpers.h"
 
 namespace {
 
-struct LogLine {
-    int priority;
-    std::string message;
-};
-std::vector<LogLine> g_lines;
+std::vector<std::pair<int, std::string>> g_lines;  // priority, message
 
 void CaptureLine(const __android_logger_data* data, const char* message) {
-    g_lines.push_back(LogLine{data->priority, message != nullptr ? message : ""});
+    g_lines.emplace_back(data->priority, message != nullptr ? message : "");
 }
 
 [[noreturn]] void Fail(const std::string& what) {
@@ -44,48 +28,25 @@ void CaptureLine(const __android_logger_data* data, const char* message) {
     std::abort();
 }
 
-// "%02d" without printf: the decimal digits with their sign, zero-padded on the left (after
-// the sign) to two characters.
-std::string TwoDigitField(int32_t value) {
-    std::string field = std::to_string(value);
-    if (field.size() < 2) field.insert(value < 0 ? 1 : 0, 2 - field.size(), '0');
-    return field;
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+    __android_log_set_logger(CaptureLine);
+    unsigned char byte = 0xab;  // null buffers are refused with the line naming the sizes
+    char text[4] = {'\x7f', '\x7f', '\x7f', '\x7f'};
+    if (ConvertBinToString(nullptr, 1, text, 4) != -1 || ConvertBinToString(&byte, 1, nullptr, 4) != -1 ||
+        g_lines.size() != 2 || text[0] != '\x7f') {
+        Fail("a null buffer was accepted, not logged once, or the output was written");
+    }
+    return 0;
 }
 
-void CheckTestCycleRecord(const uint8_t* data, size_t size, bool failMemset) {
-    int32_t fields[2] = {0, 0};  // station, cycle
-    std::memcpy(fields, data, size < sizeof(fields) ? size : sizeof(fields));
-    mmi::TestCycleRecord record;
-    std::memset(record.data(), 0x5a, record.size());
-    if (failMemset) hostcontrol::FailNextMemset(SECUREC_ERANGE_AND_RESET, 1);
-    const errno_t result = mmi::FormatTestCycleRecord(fields[0], fields[1], record);
-    hostcontrol::ClearSecurecFaults();
-    if (failMemset) {
-        if (result != SECUREC_ERANGE_AND_RESET) Fail("a failed memset_s was not reported");
-        return;
-    }
-    if (result != EOK) Fail("memset_s failed without a fault: " + std::to_string(result));
-
-    const std::string expected = fields[1] == mmi::kTestCycleNotFormatted
-                                         ? ""
-                                         : TwoDigitField(fields[0]).substr(0, 2) + TwoDigitField(fields[1]).substr(0, 2);
-    const size_t length = mmi::TestCycleRecordLength(record);
-    if (std::string(record.data(), length) != expected) {
-        Fail("station " + std::to_string(fields[0]) + ", cycle " + std::to_string(fields[1]) + ": record \"" +
-             std::string(record.data(), length) + "\", expected \"" + expected + "\"");
-    }
-    for (size_t i = length; i < record.size(); ++i) {
-        if (record[i] != '\0') Fail("the record is not zero-filled after its text at byte " + std::to_string(i));
-    }
-}
-
-void CheckConvertBinToString(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     uint16_t outputSize = 0;
     std::memcpy(&outputSize, data, size < 2 ? size : 2);
     const auto count = static_cast<unsigned int>(size < 2 ? 0 : size - 2);
-    // Exactly outputSize bytes, each starting as a marker no conversion writes; a zero-sized
-    // vector may hand back null, and the conversion must fail then anyway. The bytes in a
-    // buffer of their own exact size too (never null: null is checked below).
+    // Buffers of exact sizes, the output filled with a marker no conversion writes (an empty
+    // one may be null: the conversion must fail then anyway).
     std::vector<char> output(outputSize, '\x7f');
     std::vector<unsigned char> input(data + (size < 2 ? size : 2), data + size);
     input.reserve(1);
@@ -95,50 +56,19 @@ void CheckConvertBinToString(const uint8_t* data, size_t size) {
     const std::string sizes = "numLen: " + std::to_string(count) + ", strLen: " + std::to_string(outputSize);
     if (count == 0 || 2ull * count > outputSize) {
         if (result != -1) Fail("invalid sizes accepted: " + sizes);
-        for (char c : output) {
-            if (c != '\x7f') Fail("a failed conversion wrote to the output");
-        }
+        if (std::count(output.begin(), output.end(), '\x7f') != outputSize) Fail("a failed conversion wrote");
         const std::string line = "ZtMmiTest_jni: ConvertBinToString fail, parameter is invalid, " + sizes;
-        if (g_lines.size() != 1 || g_lines[0].priority != ANDROID_LOG_ERROR || g_lines[0].message != line) {
+        if (g_lines.size() != 1 || g_lines[0] != std::make_pair(int{ANDROID_LOG_ERROR}, line)) {
             Fail("a failed conversion did not write exactly the line \"" + line + "\"");
         }
-        return;
+        return 0;
     }
     if (result != 0) Fail("valid sizes refused: " + sizes);
-    if (!g_lines.empty()) Fail("a successful conversion logged \"" + g_lines[0].message + "\"");
+    if (!g_lines.empty()) Fail("a successful conversion logged \"" + g_lines[0].second + "\"");
     static const char kDigits[] = "0123456789abcdef";
-    for (unsigned int i = 0; i < count; ++i) {
-        if (output[2 * i] != kDigits[input[i] / 16] || output[2 * i + 1] != kDigits[input[i] % 16]) {
-            Fail("byte " + std::to_string(i) + " (" + std::to_string(input[i]) + ") converted to \"" +
-                 std::string(&output[2 * i], 2) + "\"");
-        }
-    }
-    for (size_t i = 2ull * count; i < output.size(); ++i) {
-        if (output[i] != '\x7f') Fail("the conversion wrote past 2n characters at byte " + std::to_string(i));
-    }
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    __android_log_set_logger(CaptureLine);
-    // Null buffers are refused with the line naming the sizes, whatever the sizes.
-    unsigned char byte = 0xab;
-    char text[4] = {'\x7f', '\x7f', '\x7f', '\x7f'};
-    g_lines.clear();
-    if (ConvertBinToString(nullptr, 1, text, 4) != -1 || ConvertBinToString(&byte, 1, nullptr, 4) != -1) {
-        Fail("a null buffer was accepted");
-    }
-    if (g_lines.size() != 2 || text[0] != '\x7f') Fail("null buffers: not one line each, or the output was written");
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (size == 0) return 0;
-    if (data[0] & 1) {
-        CheckTestCycleRecord(data + 1, size - 1, (data[0] & 2) != 0);
-    } else {
-        CheckConvertBinToString(data + 1, size - 1);
+    for (size_t i = 0; i < output.size(); ++i) {  // two digits a byte, then the marker untouched
+        const char expected = i >= 2ull * count ? '\x7f' : kDigits[i % 2 ? input[i / 2] % 16 : input[i / 2] / 16];
+        if (output[i] != expected) Fail("output byte " + std::to_string(i) + " is not '" + expected + "'");
     }
     return 0;
 }

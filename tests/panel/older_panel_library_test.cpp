@@ -1,5 +1,4 @@
-// Video interpolation through an older build of the simulated vendor library that lacks
-// getModes and RecoverFreshRate; this executable finds that build on LD_LIBRARY_PATH.
+// An older build of the simulated vendor library, without getModes and RecoverFreshRate.
 #include <string>
 #include <vector>
 

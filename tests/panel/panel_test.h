@@ -1,7 +1,5 @@
-// Video interpolation through the display processor's vendor library: calls of the four
-// methods on a handset without services, the shape of their log lines, and the simulated
-// library as a test reaches it: by dlopen of the same soname, so that the test scripts and
-// reads the very copy that libZtMmi_jni loaded through the loader's path.
+// Video interpolation through the vendor library: the test opens the simulated library by the
+// same soname, so that it scripts and reads the very copy libZtMmi_jni loaded.
 #pragma once
 
 #include <dlfcn.h>
@@ -25,8 +23,8 @@ inline bool PanelLoaded() {
     return handle != nullptr;
 }
 
-// The library's controls, held open by the test while this object lives (found on
-// LD_LIBRARY_PATH; with `ifLoaded`, only when the process has it loaded already).
+// The library's controls, held open while this object lives (with `ifLoaded`, only when the
+// process has it loaded already).
 class PanelControl {
     template <typename Function, typename... Args>
     auto Call(const char* name, Args... args) const {
@@ -62,7 +60,6 @@ public:
         Call<decltype(PanelSimLastMode)>("PanelSimLastMode", &last.first, &last.second);
         return last;
     }
-
 };
 
 class PanelTest : public MmiTest {
