@@ -149,17 +149,6 @@ TEST_F(AidlRecoveryTest, LoadWaitsForADeclaredServiceThatIsLate) {
     EXPECT_TRUE(Has(kInfo, "InitFingerprint by hidl"));
 }
 
-TEST_F(AidlRecoveryTest, UndeclaredServiceIsSkippedWithoutWaiting) {
-    DeviceProfile profile = DeviceProfile::AllAidl();
-    profile[Family::kDisplay].transport = mmisim::Transport::kNone;
-    Boot(profile);
-    EXPECT_EQ(hostcontrol::WaitersFor(mmisim::Handset::AidlServiceName(Family::kDisplay)), 0);
-    const std::vector<Line> boot = BootLines();
-    EXPECT_TRUE(std::find(boot.begin(), boot.end(), Line{kError, Prefixed("g_aidlDisplay is null")}) != boot.end());
-    EXPECT_TRUE(std::find(boot.begin(), boot.end(), Line{kInfo, Prefixed("g_aidlTouchScreen init success")}) !=
-                boot.end());
-}
-
 // Every family of a handset dies and comes back twenty times in one process, and the
 // library recovers every time. A family's service objects die together and leave the
 // service manager before any notice goes out, so a recovery never finds a dying service

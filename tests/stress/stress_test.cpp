@@ -1,22 +1,12 @@
-// Load with service faults: threads attached to the Java VM (8 by default) call every native
-// method of MmiNativeManager continuously while a seeded schedule kills and restarts the
-// handset's services, round after round. The run passes only if
-//   - every call returns within a bound (a watchdog watches each one),
-//   - every answer is one the library gives in some state the service can be in (its own
-//     answer, the operation's fallback, the presets of a failed call: the method table),
-//   - after the last restart of each round every family is connected again: each of the 61
-//     methods gives the service's own answer once more,
-//   - no Java exception reaches the callers and the JVM prints no JNI warning,
-//   - the process's allocations do not grow from round to round (what is not released, a
-//     Java string's characters or a reference, shows there). The two methods that keep a
-//     little memory for good by design (the table's `keeps`) are called in the first round
-//     only, which is not measured.
-//
-// MMI_STRESS_SECONDS sets the time of the load per handset (default 4), MMI_STRESS_THREADS
-// the number of threads (default and least 8), MMI_STRESS_SEED the schedule's seed. A run
-// ends within MMI_STRESS_TIME_FACTOR times its load time (set by the build, which gives
-// CTest's timeout from the same figure): every wait is cut to the time left, and a round that
-// cannot close in it fails with what it was waiting for.
+// Load with service faults (docs/stress.md): threads attached to the Java VM call every
+// native method while a seeded schedule kills and restarts the handset's services. Every
+// call returns within a bound and gives an answer the method table allows in some state of
+// its service; after each round every family is connected again; no Java exception and no
+// JNI warning; the process's allocations do not grow from round to round. The two methods
+// that keep a little memory by design (`keeps`) are called in the unmeasured first round only.
+// MMI_STRESS_SECONDS (load per handset, default 4), MMI_STRESS_THREADS (at least 8) and
+// MMI_STRESS_SEED; a run ends within MMI_STRESS_TIME_FACTOR times its load time or fails
+// with what it was waiting for.
 #include <gtest/gtest.h>
 #include <hostcontrol/binder_control.h>
 #include <hostcontrol/hidl_control.h>
@@ -54,10 +44,8 @@ constexpr int64_t kCallBoundMillis = 10000;
 constexpr int64_t kWaitMillis = 60000;
 // Least time the threads get to pause (each finishes the call it is in).
 constexpr int64_t kPauseMillis = 2000;
-// Lines each thread's log keeps outside the rounds, for the waits on a line. Under the load
-// the run counts the lines it needs as they are written (a log observer) and the capture
-// keeps none: its memory is the same however many lines the load writes, however slow the
-// process is (a sanitizer's allocator) and however many notice threads the load calls up.
+// Lines each thread's log keeps outside the rounds; under the load the run counts the lines
+// it needs as they come (a log observer) and the capture keeps none, whatever the load.
 constexpr size_t kKeptLinesPerThread = 256;
 // Calls between two steps of the fault schedule, and after the last restart of a round.
 constexpr int64_t kMinGap = 200;
@@ -69,8 +57,7 @@ constexpr int64_t kTailCalls = 2000;
 constexpr double kGrowthBase = 64 * 1024;
 constexpr double kGrowthPerDeath = 100;
 
-// A sanitizer's allocator takes malloc's place: the process's allocations cannot be read
-// then, and the run checks everything but its memory.
+// Under a sanitizer's allocator the allocations cannot be read; the resident size is printed.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool kMemoryMeasured = false;
 #else
