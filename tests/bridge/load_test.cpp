@@ -8,16 +8,7 @@ namespace {
 
 using mmisim::DeviceProfile;
 
-class LoadTest : public MmiTest {
-protected:
-    std::vector<std::string> Messages(int priority, const std::string& start = "") {
-        std::vector<std::string> messages;
-        for (const Line& line : LinesWithPriority(priority)) {
-            if (line.message.rfind(start, 0) == 0) messages.push_back(line.message);
-        }
-        return messages;
-    }
-};
+class LoadTest : public MmiTest {};
 
 TEST_F(LoadTest, LoadConnectsEveryFamilyInOrderThenRegisters) {
     Boot(DeviceProfile::AllAidl());

@@ -25,14 +25,6 @@ using mmisim::Family;
 
 constexpr const char* kServiceDied = "ServiceDied, remote hal service died";
 
-std::vector<std::string> Messages(const std::vector<Line>& lines, const std::string& prefix) {
-    std::vector<std::string> found;
-    for (const Line& line : lines) {
-        if (line.message.rfind(prefix, 0) == 0) found.push_back(line.message);
-    }
-    return found;
-}
-
 class AidlRecoveryTest : public MmiTest {
 protected:
     // JNI_OnLoad on a thread of its own, on a handset whose `family` is declared but not up; it
@@ -68,7 +60,7 @@ TEST_F(AidlRecoveryTest, OneDeathDropsAndReconnectsAllNineFamilies) {
     ASSERT_TRUE(WaitFor(kInfo, Prefixed("g_aidlVibrator init success")));
     ASSERT_TRUE(NoticesDelivered());
     EXPECT_EQ(Count(kWarn, kServiceDied), 1);
-    EXPECT_EQ(Messages(LinesWithPriority(kInfo), "ZtMmiTest_jni: Exit"),
+    EXPECT_EQ(Messages(kInfo, Prefixed("Exit")),
               (std::vector<std::string>{Prefixed("ExitMmiManager"), Prefixed("ExitFactoryInterface"),
                                         Prefixed("ExitDisplay"), Prefixed("ExitTouchScreen"),
                                         Prefixed("ExitFingerprint"), Prefixed("ExitSensors"), Prefixed("ExitPower"),
@@ -79,7 +71,7 @@ TEST_F(AidlRecoveryTest, OneDeathDropsAndReconnectsAllNineFamilies) {
         EXPECT_EQ(Count(kInfo, Prefixed(std::string(handle) + " init success")), 1) << handle;
     }
     // No HIDL fallback on this path.
-    const std::vector<std::string> inits = Messages(Lines(), "Init");
+    const std::vector<std::string> inits = Messages(kInfo, "Init");
     EXPECT_TRUE(std::none_of(inits.begin(), inits.end(),
                              [](const std::string& m) { return m.find("by hidl") != std::string::npos; }));
     Mark();

@@ -13,12 +13,6 @@
 # crashes), so the definitions are copied without it first.
 cmake_minimum_required(VERSION 3.25)
 
-foreach(var INTERFACES AIDL CXX OUT INCLUDES SOURCES)
-  if(NOT DEFINED ${var})
-    message(FATAL_ERROR "check_aidl.cmake needs -D${var}=...")
-  endif()
-endforeach()
-
 foreach(var NDK_PACKAGES INCLUDES SYSTEM_INCLUDES SOURCES)
   string(REPLACE "|" ";" ${var} "${${var}}")
 endforeach()
@@ -51,10 +45,9 @@ if(count EQUAL 0)
 endif()
 
 foreach(entry IN LISTS copies)
-  string(FIND "${entry}" ":" colon)
-  string(SUBSTRING "${entry}" 0 ${colon} package)
-  math(EXPR colon "${colon} + 1")
-  string(SUBSTRING "${entry}" ${colon} -1 file)
+  string(REGEX MATCH "^([^:]+):(.*)$" entry "${entry}")
+  set(package ${CMAKE_MATCH_1})
+  set(file ${CMAKE_MATCH_2})
   set(lang cpp)
   if(package IN_LIST NDK_PACKAGES)
     set(lang ndk)

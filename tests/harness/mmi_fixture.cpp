@@ -262,6 +262,14 @@ std::vector<Line> MmiTest::LinesWithPriority(int priority) const {
     return matching;
 }
 
+std::vector<std::string> MmiTest::Messages(int priority, const std::string& start) const {
+    std::vector<std::string> messages;
+    for (const Line& line : LinesWithPriority(priority)) {
+        if (line.message.rfind(start, 0) == 0) messages.push_back(line.message);
+    }
+    return messages;
+}
+
 bool MmiTest::WaitFor(int priority, const std::string& message, std::chrono::milliseconds timeout) const {
     return mmisim::LogCapture::Install().waitForMessage(mLogMark, priority, message, timeout);
 }

@@ -139,6 +139,8 @@ protected:
     int Count(int priority, const std::string& message) const;
     bool Has(int priority, const std::string& message) const { return Count(priority, message) > 0; }
     std::vector<Line> LinesWithPriority(int priority) const;
+    // The messages of those lines that start with `start`.
+    std::vector<std::string> Messages(int priority, const std::string& start = "") const;
     // Waits (bounded) for a line from the mark on.
     bool WaitFor(int priority, const std::string& message,
                  std::chrono::milliseconds timeout = kNoticeTimeout) const;
