@@ -263,20 +263,9 @@ TEST(ServedProfile, StartsTheServicesAndSetsTheAnswers) {
               std::make_tuple("RSA2048:5f3a9c0e", "PASS", "BOARD=CVX26A;PCB=V3", "120", "als_cali=1.02",
                               "f0=170Hz;pass"));
     EXPECT_EQ(handset.sensors().answers().sensorData.at(6).data, (std::vector<int32_t>{812, 904, 655, 2371}));
+    // The light's sensor over AIDL reports {frequency, amplitude} itself (over HIDL: raw samples).
+    EXPECT_EQ(handset.sensors().answers().sensorData.at(5).data, (std::vector<int32_t>{100, 400}));
     handset.Configure(mmisim::DeviceProfile::Bare());
-}
-
-// The light's entry: {frequency, amplitude} from a sensor service that detects flicker (AIDL,
-// or HIDL saying so), else the raw samples.
-TEST(ServedProfile, TheLightsSensorAnswersAsItsServiceDetects) {
-    const Profile aidl = mmisim::LoadProfile("aidl");
-    EXPECT_EQ(mmisim::ServedSensorAnswers(aidl).sensorData.at(5).data, (std::vector<int32_t>{100, 400}));
-    EXPECT_EQ(mmisim::ServedSensorAnswers(aidl).sensorData.at(6).data, (std::vector<int32_t>{812, 904, 655, 2371}));
-    Profile hidl = mmisim::LoadProfile("hidl");
-    EXPECT_EQ(mmisim::ServedSensorAnswers(hidl).sensorData.at(5).data,
-              mmisim::LightSourceSamples(hidl.flicker->light, 256, 1000.0));
-    mmisim::SetAnswer(hidl, "sensors", "flickerSupported", "true");
-    EXPECT_EQ(mmisim::ServedSensorAnswers(hidl).sensorData.at(5).data, (std::vector<int32_t>{120, 350}));
 }
 
 }  // namespace
