@@ -7,18 +7,12 @@ add_executable(mmi_stress_tests ${MMI_STRESS_SOURCES})
 target_link_libraries(mmi_stress_tests PRIVATE mmi_test_harness mmi_warnings)
 add_dependencies(mmi_stress_tests ZtMmi_jni mmi_app mmi_sim_java pixelworks_mmi_sim)
 get_target_property(MMI_STRESS_PANEL_DIR pixelworks_mmi_sim LIBRARY_OUTPUT_DIRECTORY)
-# The run measures the process's allocations to the kilobyte, so two things that allocate
-# on their own account are off in its process: the Java VM runs interpreted with the serial
-# collector (a JIT compiler allocates and frees megabytes of native memory on timers of its
-# own), and glibc keeps no per-thread caches of freed blocks (a cached block counts as in
-# use, and what sits in the caches of eight busy threads changes with the load). In a
-# sanitizer build the memory is not measured (its allocator replaces malloc), so the Java
-# VM compiles as usual there.
-# A run ends within MMI_STRESS_TIME_FACTOR times its load time (MMI_STRESS_SECONDS, default
-# 4 s) or fails with what it was waiting for; CTest's timeout, from the same figures, only
-# stops a process that hangs outside the run's own waits. ./mmi configures before each run,
-# so a load time set for it reaches both. The tests are listed here rather than discovered,
-# so that their environment (a list) reaches CTest whole.
+# The run measures the process's allocations to the kilobyte, so the Java VM runs interpreted
+# with the serial collector and glibc keeps no per-thread caches (docs/stress.md says why);
+# not in a sanitizer build, whose allocator replaces malloc. A run ends within
+# MMI_STRESS_TIME_FACTOR times its load time; CTest's timeout, from the same figures, stops
+# only a process that hangs outside the run's own waits. The tests are listed, not
+# discovered, so that their environment (a list) reaches CTest whole.
 set(MMI_STRESS_TIME_FACTOR 30)
 set(MMI_STRESS_SECONDS_CONFIGURED 4)
 if(DEFINED ENV{MMI_STRESS_SECONDS} AND "$ENV{MMI_STRESS_SECONDS}" MATCHES "^([0-9]+)")

@@ -1,16 +1,8 @@
 # The AIDL definitions of interfaces/ are the source of truth for the declarations in hal/:
-# this check runs the platform's AIDL compiler on every .aidl file and compiles the given
-# sources against the headers it generates instead of hal/'s. A method, argument, result or
-# parcelable field that differs between the two fails the compile.
-#
-# -D INTERFACES=<dir> AIDL=<aidl> CXX=<compiler> OUT=<scratch dir>
-#    NDK_PACKAGES=<packages generated for the NDK backend; the rest for the C++ backend>
-#    INCLUDES=<include dirs after the generated headers> SYSTEM_INCLUDES=<system include dirs>
-#    SOURCES=<files to compile>
-# (lists separated by "|").
-#
-# The compiler of this machine predates @VintfStability (it rejects the annotation and then
-# crashes), so the definitions are copied without it first.
+# the platform's AIDL compiler generates headers from every .aidl file (copied without
+# @VintfStability, which this machine's compiler predates) and the given sources must
+# compile against them instead of hal/'s. -D INTERFACES AIDL CXX OUT NDK_PACKAGES (for the
+# NDK backend; the rest C++) INCLUDES SYSTEM_INCLUDES SOURCES, lists separated by "|".
 cmake_minimum_required(VERSION 3.25)
 
 foreach(var NDK_PACKAGES INCLUDES SYSTEM_INCLUDES SOURCES)

@@ -1,11 +1,7 @@
-# The library module of the root Android.bp builds exactly the product sources on disk: the
-# C and C++ files of the product folders. Its sources are the srcs of libZtMmi_jni (its
-# architecture variants included) and of the static libraries of the same file that it links
-# whole. A source left out, one named twice, one that does not exist or one from outside the
-# product folders fails.
-#
-# -D SOURCE_DIR=<source tree> PRODUCT_DIRS=<folders, separated by "|">
-# Reads the file in bpfmt's layout (the format check holds it to that).
+# The library module of the root Android.bp (its srcs, architecture variants and the static
+# libraries of the same file it links whole) builds exactly the C and C++ files of the
+# product folders: a source left out, named twice, missing or from elsewhere fails.
+# -D SOURCE_DIR=<source tree> PRODUCT_DIRS=<folders, separated by "|">; reads bpfmt's layout.
 cmake_minimum_required(VERSION 3.25)
 string(REPLACE "|" ";" PRODUCT_DIRS "${PRODUCT_DIRS}")
 set(library libZtMmi_jni)

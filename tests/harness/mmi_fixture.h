@@ -89,7 +89,6 @@ protected:
     jint CallOnLoad(JavaVM* vm);
     void CallOnUnload(JavaVM* vm);
 
-    // Calls of MmiNativeManager's native methods on one instance.
     template <typename... A>
     jint Int(const char* method, const char* signature, A... args) {
         return Checked(mEnv->CallIntMethod(mManager, Method(method, signature), args...));
@@ -114,9 +113,7 @@ protected:
         Checked(0);
     }
 
-    // A new Java string (released with the test's local frame).
     jstring J(const std::string& text);
-    // Forgets the calls every family's services received.
     void ClearCalls();
     // The calls the family's services received for the method, each as its arguments.
     std::vector<std::vector<std::string>> Received(mmisim::Family family, const std::string& method);
@@ -131,7 +128,6 @@ protected:
     // the JVM never makes (a null environment, a boolean byte other than 0 and 1).
     const std::map<std::string, void*>& Natives();
 
-    // Log lines written since the last mark.
     std::vector<Line> Lines() const;
     // Log lines written since the last Boot began (the load's own lines and everything after).
     std::vector<Line> BootLines() const;
@@ -185,12 +181,10 @@ std::string BackendName(const ::testing::TestParamInfo<mmisim::Transport>& info)
     INSTANTIATE_TEST_SUITE_P(Backends, Suite,                                                               \
                              ::testing::Values(mmisim::Transport::kAidl, mmisim::Transport::kHidl), BackendName)
 
-// A case run on each backend.
 class BackendTest : public MmiTest, public ::testing::WithParamInterface<mmisim::Transport> {
 protected:
     bool aidl() const { return GetParam() == mmisim::Transport::kAidl; }
     const char* name() const { return NameOf(GetParam()); }
-    // Every family served over the backend.
     void BootBackend() { Boot(EveryFamilyOver(GetParam())); }
     // "ZtMmiTest_jni: <operation> by <backend><rest>"
     std::string By(const std::string& operation, const std::string& rest) const {

@@ -118,26 +118,6 @@ TEST_F(LogCaptureTest, MarksOrderAndClearing) {
     EXPECT_EQ(capture.since(mark)[0].message, "after the clear");
 }
 
-TEST_F(LogCaptureTest, WaitingWakesOnALineFromAnotherThreadAmongMany) {
-    capture.keepAtMost(1000);  // the noise must not fill the memory if the waiter oversleeps
-    const size_t mark = capture.mark();
-    std::atomic<bool> stop{false}, scanned{false};  // scanned: the waiter has looked once
-    std::thread flood([&] {
-        while (!stop.load()) Log("noise");
-    });
-    std::thread needle([&] {
-        while (!scanned.load()) Log("hay");
-        Log("needle");
-    });
-    const auto isNeedle = [&](const LogEntry& entry) { return scanned = true, entry.message == "needle"; };
-    const bool found = capture.waitFor(mark, isNeedle, std::chrono::seconds(10));
-    needle.join();
-    stop = true;
-    flood.join();
-    EXPECT_TRUE(found);
-    EXPECT_FALSE(capture.waitForMessage(mark, ANDROID_LOG_INFO, "never written", std::chrono::milliseconds(50)));
-}
-
 // Eight threads log flat out while another clears the capture in a loop, with the per-thread
 // limit the load runs set: the memory stays within the limit's worth of lines. A clear that
 // takes each writer's lock, or frees what the writer allocates again, falls behind eight

@@ -125,8 +125,6 @@ TEST(ProfileFormat, BrokenProfilesAreRejectedWithPlaceAndFault) {
             {"", R"({"families": null})",
              "top level: missing \"families\" (an object with the service of each family: factory, display, "
              "touchscreen, fingerprint, sensors, power, light, camera, vibrator)"},
-            {"", R"({"families": {"sensors": null, "sensor": {"service": "none"}}})",
-             "families.sensor: unknown service family \"sensor\"; did you mean \"sensors\"?"},
             {"", R"({"families": {"camera": null}})",
              "families: missing \"camera\" (every family says its service, \"none\" for one not served)"},
             {"factory", R"({"service": 3})", "families.factory.service: expected a string, not the number 3"},
@@ -137,21 +135,12 @@ TEST(ProfileFormat, BrokenProfilesAreRejectedWithPlaceAndFault) {
             {"sensors", R"({"service": "hidl", "version": "v1.2"})",
              "families.sensors.version: \"v1.2\" is not a version of the form MAJOR.MINOR (HIDL sensors versions: "
              "1.0 to 1.2)"},
-            {"display", R"({"service": "aidl", "version": "1.5"})",
-             "families.display.version: only a HIDL service has a version (this one is \"aidl\")"},
             {"sensors", R"({"service": "hidl", "v1x": false, "v20": false})",
              "families.sensors.v20: with \"v1x\" false too no HIDL sensors service is left; say \"service\": \"none\""},
-            {"display", R"({"service": "aidl", "faults": {"skipCallbacks": true}})",
-             "families.display.faults.skipCallbacks: only a HIDL service answers through result callbacks"},
             {"factory", R"({"answers": {"serialNumber": {"ret": 0, "txt": "x"}}})",
              "families.factory.answers.serialNumber.txt: unknown key; did you mean \"text\"?"},
-            {"factory", R"({"answers": {"serialNumber": "A", "deviceInfo": {"0": "B"}}})",
-             "families.factory.answers.deviceInfo.0: item 0 is also given as \"serialNumber\"; give it once"},
             {"sensors", R"({"answers": {"flicker": {"frequencyHz": 100}}})",
              "families.sensors.answers.flicker: missing \"sensorId\" (the light sensor the light shines on)"},
-            {"sensors", R"({"answers": {"sensorData": {"5": [1]}, "flicker": {"sensorId": 5, "frequencyHz": 50}}})",
-             "families.sensors.answers.sensorData.5: sensor 5 is the flicker light's sensor (flicker.sensorId), whose "
-             "data the light gives; give it in one place"},
     };
     for (const auto& broken : cases) {
         SCOPED_TRACE(broken.patch);
@@ -160,22 +149,6 @@ TEST(ProfileFormat, BrokenProfilesAreRejectedWithPlaceAndFault) {
         patched.merge_patch(json::parse(broken.patch));
         EXPECT_EQ(ParseError(document.dump(2)), std::string("t.json: ") + broken.message);
     }
-}
-
-TEST(ProfileFormat, DefaultsFillWhatAProfileLeavesOutAndTextsCarryAStatus) {
-    json document = MinimalProfile();
-    document.erase("name");
-    document["families"]["factory"] =
-            json::parse(R"({"service": "hidl", "answers": {"serialNumber": "S1", "oeminfo": {"ret": 2},
-                            "stationFlags": {"3": {"ret": -5, "text": "no"}}}})");
-    const Profile p = mmisim::ParseProfile(document.dump(), "/some/where/prototype.json");
-    const mmisim::FactoryAnswers defaults;
-    EXPECT_EQ(std::make_tuple(p.name, p.device[Family::kFactory].hidlMinor, p.factory.deviceInfo.at(0).text,
-                              p.factory.deviceInfo.at(35).text, p.factory.manufactureMode, p.factory.stationFlags.at(3).ret,
-                              p.factory.stationFlags.at(3).text, p.factory.oeminfoRet, p.factory.oeminfo),
-              std::make_tuple("prototype", -1, "S1", defaults.deviceInfo.at(35).text, defaults.manufactureMode, -5, "no",
-                              2, ""));  // the file's name when none is given; the newest version
-    EXPECT_FALSE(p.flicker.has_value());
 }
 
 TEST(ProfileDirectory, TheEnvironmentNamesAnotherFolder) {
