@@ -5,7 +5,6 @@
 #include <sim/log_capture.h>
 
 #include <atomic>
-#include <chrono>
 #include <string>
 #include <thread>
 #include <vector>
